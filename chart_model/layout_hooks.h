@@ -1,0 +1,18 @@
+#pragma once
+// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
+// What chart creation reads from a layout being restored; installed by the
+// layout restorer.
+
+namespace velorin {
+
+struct Chart;
+
+struct LayoutRestoreHooks {
+    double (*rowResolution)(int layoutRow) = nullptr;
+    void (*rowRectangle)(int layoutRow, int* x, int* y, int* width, int* height) = nullptr;
+    // Copies the stored drawn objects of a layout row into a new chart.
+    void (*copyDrawnObjects)(int layoutRow, Chart* chart) = nullptr;
+};
+extern LayoutRestoreHooks layoutRestoreHooks;
+
+} // namespace velorin

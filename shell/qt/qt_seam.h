@@ -1,0 +1,22 @@
+#pragma once
+// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
+// The desktop implementation of the user seam: Qt message boxes, file
+// dialogs and the override cursor.
+
+#include "shell/core/user_seam.h"
+
+class QWidget;
+
+namespace velorin {
+
+class QtUserSeam final : public UserSeam {
+  public:
+    int ShowMessage(std::string_view text, std::string_view caption, MessageIcon icon) override;
+    int AskFile(const FileDialogRequest& request, std::string& pathOut) override;
+    void SetWaitCursor(bool on) override;
+
+  private:
+    static QWidget* Owner();
+};
+
+} // namespace velorin

@@ -1,0 +1,141 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <map>
+#include <set>
+#include <string>
+
+#include "shell/core/frame_rules.h"
+#include "shell/core/menu_def.h"
+
+namespace velorin {
+namespace {
+
+class MapMenu final : public MenuModel {
+  public:
+    std::map<int, bool> greyed;
+    int writes = 0;
+    bool IsGreyed(int id) const override {
+        auto it = greyed.find(id);
+        return it != greyed.end() && it->second;
+    }
+    void SetGreyed(int id, bool g) override {
+        if (!greyed.count(id)) return;
+        greyed[id] = g;
+        ++writes;
+    }
+};
+
+MapMenu MenuFromResource() {
+    MapMenu m;
+    int n = 0;
+    const MenuEntry* e = MainMenuEntries(&n);
+    for (int i = 0; i < n; ++i)
+        if (e[i].type == MenuEntry::Item) m.greyed[e[i].id] = e[i].greyed;
+    return m;
+}
+
+TEST(MainMenu, GatedItemsStartGreyedAndEverythingElseEnabled) {
+    MapMenu m = MenuFromResource();
+    int n = 0;
+    const int* gated = GatedCommands(&n);
+    ASSERT_EQ(n, 38);
+    const std::set<int> gatedSet(gated, gated + n);
+    for (const auto& [id, g] : m.greyed) EXPECT_EQ(g, gatedSet.count(id) == 1) << id;
+    // 10415 is gated but stands in no menu.
+    EXPECT_EQ(m.greyed.count(10415), 0u);
+}
+
+TEST(MainMenu, TopLevelOrderAndNesting) {
+    int n = 0;
+    const MenuEntry* e = MainMenuEntries(&n);
+    std::string tops;
+    int depth = 0, maxDepth = 0;
+    for (int i = 0; i < n; ++i) {
+        if (e[i].type == MenuEntry::Popup) {
+            if (depth == 0) tops += std::string(e[i].text) + "|";
+            maxDepth = std::max(maxDepth, ++depth);
+        } else if (e[i].type == MenuEntry::EndPopup) {
+            --depth;
+        }
+    }
+    EXPECT_EQ(depth, 0);
+    EXPECT_EQ(maxDepth, 4); // Options > Drawing > Line Thickness > Price
+    EXPECT_EQ(tops, "&File|&Connection|&PrcTools|&VolTools|P&roTools|&Options|&Window|&Help|");
+}
+
+TEST(MenuState, SentinelDecidesWhetherTheMenuIsTouched) {
+    MapMenu m = MenuFromResource();
+    ButtonState buttons[3] = {{1, 0}, {0, 0}, {1, 0}};
+    UpdateMenuState(m, 1, buttons, 3);
+    EXPECT_FALSE(m.IsGreyed(10605));
+    EXPECT_FALSE(m.IsGreyed(10106));
+    EXPECT_EQ(buttons[0].enabled, 1);
+    EXPECT_EQ(buttons[1].enabled, 0); // not gated: left alone
+    const int writes = m.writes;
+    UpdateMenuState(m, 2, buttons, 3); // already enabled: menu untouched
+    EXPECT_EQ(m.writes, writes);
+
+    // With the sentinel out of step, nothing else is corrected.
+    m.greyed[10601] = true;
+    UpdateMenuState(m, 3, buttons, 3);
+    EXPECT_TRUE(m.IsGreyed(10601));
+
+    UpdateMenuState(m, 0, buttons, 3);
+    EXPECT_TRUE(m.IsGreyed(10605));
+    EXPECT_TRUE(m.IsGreyed(10201));
+    EXPECT_EQ(buttons[2].enabled, 0);
+}
+
+TEST(FrameRules, Limits) {
+    EXPECT_EQ(SourceLimitMessage(998, true), nullptr);
+    EXPECT_STREQ(SourceLimitMessage(999, true), "Too Many Data Sources - Please close some charts");
+    EXPECT_STREQ(SourceLimitMessage(999, false),
+                 "Too Many Data Sources - Please close some windows");
+    EXPECT_EQ(ChartLimitMessage(49, false), nullptr);
+    EXPECT_STREQ(ChartLimitMessage(50, false), "Too Many Charts Open - Please close some charts");
+    EXPECT_EQ(ChartLimitMessage(50, true), nullptr);
+    EXPECT_STREQ(ChartLimitCaption, "QDX Velorin");
+}
+
+TEST(FrameRules, ZoomSteps) {
+    struct Step {
+        double from, in, out;
+    } steps[] = {{60, 50, 25}, {50, 50, 25}, {49, 50, 16}, {25, 50, 16}, {24.9, 25, 8},
+                 {16, 25, 8},  {15, 16, 4},  {8, 16, 4},   {7, 8, 2},    {4, 8, 2},
+                 {3, 4, 1},    {2, 4, 1},    {1, 2, 0.5},  {0.5, 0.25, 0.25}, {0.25, 0.25, 0.25}};
+    for (const Step& s : steps) {
+        EXPECT_EQ(ZoomInResolution(s.from), s.in) << s.from;
+        EXPECT_EQ(ZoomOutResolution(s.from), s.out) << s.from;
+    }
+}
+
+TEST(FrameRules, DrawingAndSelectionRefusals) {
+    // Trend and channel only on the kinds that show prices.
+    for (int kind = 1; kind <= 26; ++kind) {
+        const bool allowed = kind == 1 || kind == 3 || kind == 4 || kind == 5 || kind == 13 ||
+                             kind == 15 || kind == 25;
+        EXPECT_EQ(ChartCommandRefusal(10715, kind) == nullptr, allowed) << kind;
+        EXPECT_EQ(ChartCommandRefusal(10716, kind) == nullptr, allowed) << kind;
+    }
+    EXPECT_STREQ(ChartCommandRefusal(10715, 6), "Drawing Trend not available for this chart");
+    EXPECT_STREQ(ChartCommandRefusal(10716, 50), "Drawing Channel not available for this chart");
+    EXPECT_STREQ(ChartCommandRefusal(10713, 20), "Drawing Hori Line not available for this chart");
+    EXPECT_EQ(ChartCommandRefusal(10714, 6), nullptr);
+    EXPECT_STREQ(ChartCommandRefusal(10714, 19), "Drawing Vert Line not available for this chart");
+    EXPECT_STREQ(ChartCommandRefusal(10707, 19), "Selection not available for this chart");
+    EXPECT_EQ(ChartCommandRefusal(10708, 20), nullptr);
+}
+
+TEST(FrameRules, StyleGuard) {
+    EXPECT_STREQ(StyleRefusal(10709, 6, 100, 1), "Please Select Chart With Price Line");
+    EXPECT_EQ(StyleRefusal(10709, 19, 100, 0), nullptr);
+    EXPECT_STREQ(StyleRefusal(10712, 1, 25, 1), "Insufficient data");
+    EXPECT_EQ(StyleRefusal(10712, 1, 26, 1), nullptr);
+    EXPECT_STREQ(StyleRefusal(10712, 1, 26, 0), "Insufficient data");
+    EXPECT_STREQ(StyleRefusal(10710, 3, 100, 0), "Insufficient data");
+    EXPECT_EQ(StyleRefusal(10711, 3, 2, 1), nullptr);
+}
+
+} // namespace
+} // namespace velorin
