@@ -4,6 +4,7 @@
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QLocale>
+#include <QScreen>
 
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -104,6 +105,10 @@ int RunApplication(int argc, char** argv, const StartOptions& options) {
             StartupDialog startup(nullptr, options.startupMilliseconds);
             startup.exec();
         }
+        // Fill the screen first, so the frame covers it even where no window
+        // manager carries out the maximise.
+        if (const QScreen* screen = QGuiApplication::primaryScreen())
+            frame.setGeometry(screen->availableGeometry());
         frame.showMaximized();
         code = QApplication::exec();
     }

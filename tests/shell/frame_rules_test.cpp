@@ -139,3 +139,49 @@ TEST(FrameRules, StyleGuard) {
 
 } // namespace
 } // namespace velorin
+
+#include "market_data/block.h"
+#include "shell/core/user_seam.h"
+#include "shell/core/working_blocks.h"
+
+namespace velorin {
+namespace {
+
+class CountingSeam final : public UserSeam {
+  public:
+    std::string text, caption;
+    MessageIcon icon = MessageIcon::Information;
+    int ShowMessage(std::string_view t, std::string_view c, MessageIcon i) override {
+        text = t;
+        caption = c;
+        icon = i;
+        return 1;
+    }
+    int AskFile(const FileDialogRequest&, std::string&) override { return 0; }
+    void SetWaitCursor(bool) override {}
+};
+
+TEST(WorkingBlocks, AnyFailedAllocationIsReportedAndLeavesNothing) {
+    CountingSeam seam;
+    InstallSeam(&seam);
+    ResetProgramState();
+    const long before = blockAllocator.liveBlocks;
+    for (int n = 0; n < 9; ++n) {
+        FailAllocationAfter(n);
+        seam.text.clear();
+        EXPECT_FALSE(AllocateWorkingBlocks()) << n;
+        blockAllocator.failCountdown = -1;
+        EXPECT_EQ(seam.text, "QDX-Velorin Memory Allocation Failed\n\nPlease close some applications");
+        EXPECT_EQ(seam.caption, "QDX-Velorin");
+        EXPECT_EQ(seam.icon, MessageIcon::Stop);
+        EXPECT_EQ(blockAllocator.liveBlocks, before);
+        ResetProgramState();
+    }
+    EXPECT_TRUE(AllocateWorkingBlocks());
+    FreeWorkingBlocks();
+    EXPECT_EQ(blockAllocator.liveBlocks, before);
+    InstallSeam(nullptr);
+}
+
+} // namespace
+} // namespace velorin

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Installs what building, running and testing QDX-Velorin needs on Debian 12 (as root).
+set -euo pipefail
+export DEBIAN_FRONTEND=noninteractive
+apt-get update -qq
+apt-get install -y -qq --no-install-recommends \
+  build-essential cmake ninja-build pkg-config \
+  qt6-base-dev qt6-base-dev-tools libgl-dev \
+  libgtest-dev libgmock-dev libbenchmark-dev \
+  clang libclang-rt-14-dev \
+  libqcustomplot-dev libqcustomplot2.1-qt6 \
+  xvfb xauth x11-utils imagemagick xdotool >/dev/null
