@@ -30,6 +30,15 @@ struct DeskHooks {
 };
 extern DeskHooks deskHooks;
 
+// Chart commands and the chart context menu; installed by the drawing
+// tools and chart commands.
+struct ChartCommandHooks {
+    void (*run)(QWidget* window, Chart* chart, int commandId) = nullptr;
+    void (*contextMenu)(QWidget* window, Chart* chart, int x, int y) = nullptr;
+    void (*toolClick)(QWidget* window, Chart* chart, int x, int y) = nullptr;
+};
+extern ChartCommandHooks chartCommandHooks;
+
 // The close of a chart window: drawn objects and record released, the
 // source given back, the count lowered; the last one resets the slots.
 void CloseChartRecord(Chart* chart);

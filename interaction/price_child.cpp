@@ -1,13 +1,68 @@
 #include "interaction/price_child.h"
 
+#include <QGuiApplication>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPaintEvent>
+#include <QScreen>
+#include <QTimer>
 
+#include "interaction/handle_menu.h"
 #include "market_data/data_source.h"
+#include "rendering/mouse_state.h"
+#include "rendering/qt/qt_draw_device.h"
+#include "rendering/scale.h"
 #include "shell/core/shell_state.h"
 
 namespace velorin {
 
 DeskHooks deskHooks;
+ChartCommandHooks chartCommandHooks;
+QMenu* PriceChild::openMenu_ = nullptr;
+
+namespace {
+
+// Every tool flag but the highlight region one.
+bool AnyToolButRegion(const ChartMouseState& m) {
+    return m.trendTool || m.channelTool || m.gannTool || m.verticalTool || m.horizontalTool ||
+           m.endPointTool || m.moveTrendTool || m.moveChannelTool || m.moveVerticalTool ||
+           m.moveHorizontalTool;
+}
+
+bool AnyTrackingTool(const ChartMouseState& m) {
+    return m.trendTool || m.channelTool || m.gannTool || m.verticalTool || m.horizontalTool ||
+           m.regionTool || m.moveTrendTool || m.moveChannelTool || m.moveVerticalTool ||
+           m.moveHorizontalTool;
+}
+
+void AddItems(QMenu* menu, const std::vector<MenuItem>& items, std::size_t& at,
+              const std::function<void(int)>& run) {
+    while (at < items.size()) {
+        const MenuItem& item = items[at++];
+        if (item.endSubmenu) return;
+        if (item.submenu) {
+            QMenu* sub = menu->addMenu(QString::fromLatin1(item.text));
+            AddItems(sub, items, at, run);
+            continue;
+        }
+        if (!item.text) {
+            menu->addSeparator();
+            continue;
+        }
+        QAction* a = menu->addAction(QString::fromLatin1(item.text));
+        if (item.checked) {
+            a->setCheckable(true);
+            a->setChecked(true);
+        }
+        a->setEnabled(!item.disabled);
+        const int id = item.id;
+        QObject::connect(a, &QAction::triggered, menu, [run, id] { run(id); });
+    }
+}
+
+} // namespace
 
 void CloseChartRecord(Chart* chart) {
     if (chart) {
@@ -22,14 +77,188 @@ void CloseChartRecord(Chart* chart) {
 PriceChild::PriceChild(Chart* chart, QWidget* parent)
     : ChildView(chart, WindowClass::PriceChild, parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
-    setMouseTracking(false);
+    setAttribute(Qt::WA_NoSystemBackground);
 }
 
-PriceChild::~PriceChild() { CloseChartRecord(chart_); }
+PriceChild::~PriceChild() {
+    if (chartMouse.crosshairOn) ResetChartMouseState();
+    CloseChartRecord(chart_);
+}
 
-void PriceChild::paintEvent(QPaintEvent*) {
+void PriceChild::Invalidate() {
+    dirty_ = true;
+    update();
+}
+
+bool PriceChild::InPlot(int x, int y) const {
+    return x >= ScaleWidth && x < width() - 2 && y >= BandHeight && y <= height() - BandHeight;
+}
+
+void PriceChild::RenderAll() {
+    if (backing_.size() != size()) backing_ = QImage(size(), QImage::Format_RGB32);
+    backing_.fill(Qt::black);
+    {
+        QtDrawDevice device(backing_);
+        lastPaint_ = PaintPriceChart(device, *chart_, width(), height());
+    }
+    dirty_ = false;
+    readoutDirty_ = false;
+    if (lastPaint_.outcome == PaintOutcome::Minimise) {
+        QTimer::singleShot(0, this, &PriceChild::MinimiseTooSmall);
+        return;
+    }
+    if (auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget())) {
+        const QString caption = QString::fromLocal8Bit(lastPaint_.caption);
+        if (sub->windowTitle() != caption) sub->setWindowTitle(caption);
+    }
+}
+
+void PriceChild::MinimiseTooSmall() {
+    auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget());
+    if (!sub || sub->isMinimized()) return;
+    if (const QScreen* screen = QGuiApplication::primaryScreen()) {
+        const QSize desk = screen->size();
+        sub->setGeometry(0, 0, desk.width() / 4, desk.height() / 4);
+    }
+    sub->showMinimized();
+}
+
+void PriceChild::paintEvent(QPaintEvent* event) {
+    if (!chart_) return;
+    if (dirty_ || backing_.size() != size()) {
+        RenderAll();
+    } else if (readoutDirty_) {
+        // The readout alone: the paint runs whole, clipped to its rectangle.
+        QtDrawDevice device(backing_);
+        PaintPriceChartClipped(device, *chart_, width(), height(), ReadoutRect);
+        readoutDirty_ = false;
+    }
     QPainter painter(this);
-    painter.fillRect(rect(), Qt::black);
+    const QRect r = event->rect();
+    painter.drawImage(r, backing_, r);
+}
+
+void PriceChild::StartCrosshair() {
+    chartMouse.menuLatch = 0;
+    chartMouse.crosshairOn = 1;
+    chartMouse.toolStep = 0;
+    setCursor(Qt::BlankCursor);
+}
+
+void PriceChild::EndCrosshair() {
+    if (!chartMouse.crosshairOn || AnyTrackingTool(chartMouse)) return;
+    chartMouse.crosshairOn = 0;
+    chartMouse.toolStep = 0;
+    unsetCursor();
+    Invalidate();
+}
+
+void PriceChild::OpenHandleMenu(int x, int y) {
+    const HandleHit hit = HitTestHandles(*chart_, x, y);
+    if (hit.object == HitObject::None) {
+        StartCrosshair();
+        return;
+    }
+    const std::vector<MenuItem> items = HandleMenu(*chart_, hit, x, y, chartMouse);
+    // Show the handle inverted while its menu is open.
+    {
+        QtDrawDevice device(backing_);
+        auto invert = [&device](const Region* r) {
+            if (r) device.InvertRegion(*r);
+        };
+        const DrawingSet* d = chart_->drawings;
+        switch (hit.object) {
+        case HitObject::Trend: invert(d->trendLines->regions[hit.index]); break;
+        case HitObject::Channel:
+            invert(d->channels->regions[hit.index]);
+            invert(d->channels->secondRegions[hit.index]);
+            break;
+        case HitObject::Gann: invert(d->gannLines->regions[0][hit.index]); break;
+        case HitObject::Vertical: invert(d->verticalLines->regions[hit.index]); break;
+        case HitObject::Horizontal: invert(d->horizontalLines->regions[hit.index]); break;
+        case HitObject::Curve: invert(chart_->view->curveRegions[hit.index]); break;
+        case HitObject::None: break;
+        }
+    }
+    repaint();
+    chartMouse.menuLatch = 1;
+    QMenu menu(this);
+    std::size_t at = 0;
+    Chart* chart = chart_;
+    AddItems(&menu, items, at, [this, chart](int id) {
+        if (chartCommandHooks.run) chartCommandHooks.run(this, chart, id);
+    });
+    openMenu_ = &menu;
+    menu.exec(mapToGlobal(QPoint(x, y)));
+    openMenu_ = nullptr;
+    Invalidate();
+}
+
+void PriceChild::mousePressEvent(QMouseEvent* event) {
+    if (!chart_) return;
+    const QPoint p = event->position().toPoint();
+    if (event->button() == Qt::RightButton) {
+        // The chart context menu first cancels any crosshair.
+        EndCrosshair();
+        if (chartCommandHooks.contextMenu) chartCommandHooks.contextMenu(this, chart_, p.x(), p.y());
+        return;
+    }
+    if (event->button() != Qt::LeftButton) return;
+    chartMouse.mouseX = p.x();
+    chartMouse.mouseY = p.y();
+    if (!InPlot(p.x(), p.y())) return;
+    if (!chartMouse.crosshairOn && !AnyToolButRegion(chartMouse)) {
+        if (chartMouse.menuLatch == 0)
+            OpenHandleMenu(p.x(), p.y());
+        else
+            StartCrosshair();
+        return;
+    }
+    if (!chartMouse.crosshairOn && chartCommandHooks.toolClick)
+        chartCommandHooks.toolClick(this, chart_, p.x(), p.y());
+}
+
+void PriceChild::mouseMoveEvent(QMouseEvent* event) {
+    if (!chart_) return;
+    const QPoint p = event->position().toPoint();
+    chartMouse.mouseX = p.x();
+    chartMouse.mouseY = p.y();
+    if (!chartMouse.crosshairOn) return;
+    if (!InPlot(p.x(), p.y())) {
+        chartMouse.crosshairOn = 0;
+        chartMouse.toolStep = 0;
+        unsetCursor();
+        Invalidate();
+        return;
+    }
+    const int oldX = chartMouse.hairX, oldY = chartMouse.hairY;
+    const bool hadHairs = chartMouse.toolStep != 0;
+    {
+        QtDrawDevice device(backing_);
+        MoveCrosshair(device, chartMouse, width(), height());
+    }
+    readoutDirty_ = true;
+    // Only the changed pixel lines and the readout go to the screen.
+    const int top = BandHeight, bottom = height() - BandHeight;
+    QRegion changed(ReadoutRect.left, ReadoutRect.top, ReadoutRect.right - ReadoutRect.left,
+                    ReadoutRect.bottom - ReadoutRect.top);
+    changed += QRect(p.x() - 1, top, 2, bottom - top);
+    changed += QRect(ScaleWidth, p.y() - 1, width() - ScaleWidth, 2);
+    if (hadHairs) {
+        changed += QRect(oldX - 1, top, 2, bottom - top);
+        changed += QRect(ScaleWidth, oldY - 1, width() - ScaleWidth, 2);
+    }
+    update(changed);
+}
+
+void PriceChild::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) EndCrosshair();
+}
+
+void PriceChild::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (!chart_ || event->button() != Qt::LeftButton) return;
+    chart_->showCurveHandles = chart_->showCurveHandles ? 0 : 1;
+    Invalidate();
 }
 
 } // namespace velorin

@@ -23,6 +23,7 @@
 #include "shell/core/shell_state.h"
 #include "shell/core/user_seam.h"
 #include "shell/qt/dialogs.h"
+#include "rendering/palette.h"
 #include "resources/icons.h"
 
 namespace velorin {
@@ -251,8 +252,12 @@ void FrameWindow::CloseAllChildren() {
 }
 
 void FrameWindow::RepaintAllCharts() {
-    for (QMdiSubWindow* sub : mdiClient_->subWindowList())
-        if (QWidget* w = sub->widget()) w->update();
+    for (QMdiSubWindow* sub : mdiClient_->subWindowList()) {
+        if (auto* chart = qobject_cast<PriceChild*>(sub->widget()))
+            chart->Invalidate();
+        else if (QWidget* w = sub->widget())
+            w->update();
+    }
 }
 
 WindowId FrameWindow::CreateChild(const ChildWindowRequest& request) {
@@ -369,6 +374,10 @@ void FrameWindow::FrameCommand(int id) {
     case 10508: case 10509: case 10510: case 10511: case 10512: case 10513: case 10514:
     case 10515: case 10516:
         SetThickness(id);
+        break;
+    case 10507: // Default colours
+        RestoreDefaultColours();
+        RepaintAllCharts();
         break;
     case 10601:
         mdiClient_->cascadeSubWindows();

@@ -1,0 +1,75 @@
+#include "chart_fixture.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "shell/core/shell_state.h"
+
+namespace velorin::testing {
+
+ChartFixture::ChartFixture(const char* kindName, int layout, int n) {
+    ResetShellState();
+    NewDataSource(slot_);
+    DataSource& s = source();
+    s.rowCount = n;
+    s.refCount = 1;
+    for (int i = 0; i < MaxRows; ++i) {
+        std::snprintf(s.columns->dateText[i], DateTextSize, "R%d", i);
+        s.columns->close[i] = 100.0 + i;
+        s.columns->open[i] = 100.0 + i;
+        s.columns->high[i] = 101.0 + i;
+        s.columns->low[i] = 99.0 + i;
+        s.columns->volume[i] = 1.0;
+    }
+    chart_ = NewChart(layout);
+    chart_->sourceSlot = slot_;
+    chart_->secondSourceSlot = -1;
+    chart_->rowCount = n;
+    chart_->priceScaleDenominator = 1;
+    std::snprintf(chart_->kindName, sizeof chart_->kindName, "%s", kindName);
+    std::snprintf(chart_->windowCaption, sizeof chart_->windowCaption, "TEST %s", kindName);
+    chart_->view->resolution = 1.0;
+    chart_->view->showLine = 1;
+    if (chart_->modelSeries)
+        for (double* m : chart_->modelSeries->slot)
+            if (m)
+                for (int i = 0; i < MaxRows; ++i)
+                    m[i] = GAP;
+}
+
+ChartFixture::~ChartFixture() {
+    for (RegionHandle& r : chart_->view->curveRegions)
+        DeleteAndClear(r);
+    if (chart_->drawings) {
+        // Regions of objects not in use are left by ReleaseDrawnObjects.
+        for (int i = 0; i < MaxDrawnObjects; ++i) {
+            DeleteAndClear(chart_->drawings->trendLines->regions[i]);
+            DeleteAndClear(chart_->drawings->channels->regions[i]);
+            DeleteAndClear(chart_->drawings->channels->secondRegions[i]);
+            DeleteAndClear(chart_->drawings->verticalLines->regions[i]);
+            DeleteAndClear(chart_->drawings->horizontalLines->regions[i]);
+            DeleteAndClear(chart_->drawings->highlights->regions[i]);
+            for (auto& g : chart_->drawings->gannLines->regions)
+                DeleteAndClear(g[i]);
+        }
+    }
+    FreeChartBlocks(chart_);
+    FreeDataSource(slot_);
+}
+
+void ChartFixture::Fill(double* column, std::initializer_list<double> values) {
+    int i = 0;
+    for (double v : values)
+        column[i++] = v;
+}
+
+ChartScale UnitScale(int right) {
+    ChartScale s = MakeChartScale(right, 240);
+    s.valueMin = 0.0;
+    s.valueMax = 200.0;
+    s.valueRange = 200.0;
+    s.pixelsPerValue = 1.0;
+    return s;
+}
+
+} // namespace velorin::testing
