@@ -66,7 +66,16 @@ const CachedFont& FontFor(const std::string& face, int height, int weight) {
     auto it = cache.find(key);
     if (it == cache.end()) {
         CachedFont entry;
-        entry.font = QFont(QString::fromLatin1(face.data(), static_cast<qsizetype>(face.size())));
+        const QString family = QString::fromLatin1(face.data(), static_cast<qsizetype>(face.size()));
+        entry.font = QFont(family);
+        // A face the system lacks is mapped the way a font mapper would:
+        // the Times-like faces to a Times-metric serif where one exists.
+        if (family.contains(QLatin1String("Times"), Qt::CaseInsensitive)) {
+            entry.font.setFamilies({family, QStringLiteral("Times New Roman"),
+                                    QStringLiteral("Nimbus Roman"), QStringLiteral("Liberation Serif"),
+                                    QStringLiteral("DejaVu Serif")});
+            entry.font.setStyleHint(QFont::Serif);
+        }
         entry.font.setPixelSize(height > 0 ? height : 12);
         entry.font.setWeight(weight >= 700 ? QFont::Bold : QFont::Normal);
         entry.metrics = std::make_unique<QFontMetrics>(entry.font);

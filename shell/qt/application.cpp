@@ -48,8 +48,11 @@ void BringToFront(FrameWindow* frame) {
 }
 
 bool DayFirstLocale() {
-    // The short date format of the user's locale tells the order.
-    const QString f = QLocale::system().dateFormat(QLocale::ShortFormat);
+    // The short date format of the user's locale tells the order; with no
+    // locale set (C or POSIX) dates are read month first.
+    const QLocale locale = QLocale::system();
+    if (locale.language() == QLocale::C) return false;
+    const QString f = locale.dateFormat(QLocale::ShortFormat);
     const qsizetype d = f.indexOf(QLatin1Char('d')), m = f.indexOf(QLatin1Char('M'));
     return d >= 0 && m >= 0 && d < m;
 }
