@@ -95,6 +95,9 @@ extern MarketDataState marketData;
 
 // Resets the state to its start-up values without touching blocks
 // (nullptr tables, filter off, band 0.1, 'd', hasFullColumns 1).
+// The staging blocks (fetchColumns, fileText, tokenText and their handles)
+// keep their addresses; the records of the data source table are not
+// released, only forgotten: free the slots first.
 void ResetMarketDataState();
 
 // Allocates the staging columns and the two text buffers. Returns false on
