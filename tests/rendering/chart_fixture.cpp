@@ -9,6 +9,8 @@ namespace velorin::testing {
 
 ChartFixture::ChartFixture(const char* kindName, int layout, int n) {
     ResetShellState();
+    // Each fixture takes a slot of its own, so two can live side by side.
+    while (SourceAt(slot_)) ++slot_;
     NewDataSource(slot_);
     DataSource& s = source();
     s.rowCount = n;
