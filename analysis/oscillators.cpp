@@ -1,6 +1,7 @@
 #include "analysis/oscillators.h"
 
 #include <cmath>
+#include <cstring>
 
 #include "analysis/engine_support.h"
 
@@ -143,30 +144,39 @@ void ComputeStdev(const double* source, double* output, std::int32_t n, std::int
         if (source[i - p] == MISSING_VALUE || source[i] == MISSING_VALUE) return MISSING_VALUE;
         return (p * previous - source[i - p] + source[i]) / p;
     };
-    // Four rows side by side; each sum still runs oldest row first.
+    // Eight rows side by side, two to a vector register: each lane does the
+    // same IEEE operations as the plain loop, and each sum still runs oldest
+    // row first. Lane pairs are (i, i+1), (i+2, i+3), ...; the window of row
+    // i+1 starts one row after that of row i, so one load fills a pair.
+    using Pair = double __attribute__((vector_size(16)));
+    auto load = [](const double* at) {
+        Pair v;
+        std::memcpy(&v, at, sizeof v);
+        return v;
+    };
     std::int32_t i = p;
-    for (; i + 3 < n; i += 4) {
-        const double m0 = nextMean(i, mean);
-        const double m1 = nextMean(i + 1, m0);
-        const double m2 = nextMean(i + 2, m1);
-        const double m3 = nextMean(i + 3, m2);
-        mean = m3;
+    for (; i + 7 < n; i += 8) {
+        double m[8];
+        m[0] = nextMean(i, mean);
+        for (int k = 1; k < 8; ++k)
+            m[k] = nextMean(i + k, m[k - 1]);
+        mean = m[7];
+        const Pair m01 = {m[0], m[1]}, m23 = {m[2], m[3]}, m45 = {m[4], m[5]}, m67 = {m[6], m[7]};
         const double* x = source + (i - p + 1);
-        double s0 = 0.0, s1 = 0.0, s2 = 0.0, s3 = 0.0;
+        Pair s01 = {0.0, 0.0}, s23 = s01, s45 = s01, s67 = s01;
         for (std::int32_t j = 0; j < p; ++j) {
-            const double d0 = x[j] - m0;
-            const double d1 = x[j + 1] - m1;
-            const double d2 = x[j + 2] - m2;
-            const double d3 = x[j + 3] - m3;
-            s0 += d0 * d0;
-            s1 += d1 * d1;
-            s2 += d2 * d2;
-            s3 += d3 * d3;
+            const Pair d01 = load(x + j) - m01;
+            const Pair d23 = load(x + j + 2) - m23;
+            const Pair d45 = load(x + j + 4) - m45;
+            const Pair d67 = load(x + j + 6) - m67;
+            s01 += d01 * d01;
+            s23 += d23 * d23;
+            s45 += d45 * d45;
+            s67 += d67 * d67;
         }
-        output[i] = std::sqrt(s0 / (p - 1));
-        output[i + 1] = std::sqrt(s1 / (p - 1));
-        output[i + 2] = std::sqrt(s2 / (p - 1));
-        output[i + 3] = std::sqrt(s3 / (p - 1));
+        const double sums[8] = {s01[0], s01[1], s23[0], s23[1], s45[0], s45[1], s67[0], s67[1]};
+        for (int k = 0; k < 8; ++k)
+            output[i + k] = std::sqrt(sums[k] / (p - 1));
     }
     for (; i < n; ++i) {
         mean = nextMean(i, mean);

@@ -165,6 +165,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ComputeMomentum(x.data(), o0.data(), n, p);
     ComputeStdev(x.data(), o0.data(), n, p);
     Require(!over || WhollyMissing(o0));
+    if (!over && x[0] != MISSING_VALUE) {
+        // Without a leading gap the gap-skipping variant is the same curve
+        // from row p - 1 on, computed by the plain loop.
+        ComputeStdevSkippingGap(x.data(), o1.data(), n, p);
+        Require(std::memcmp(o0.data() + (p - 1), o1.data() + (p - 1),
+                            sizeof(double) * static_cast<std::size_t>(n - p + 1)) == 0);
+    }
     ComputeStochastics(x.data(), o0.data(), o1.data(), o2.data(), o3.data(), n, p, q, r, s);
     Require(PercentOrMissing(o0) && PercentOrMissing(o1));
     if (n > 0) {
