@@ -14,15 +14,6 @@ DateRules dateRules{0.0, false};
 
 namespace {
 
-// Days since 1 March of year 0 style civil arithmetic (proleptic Gregorian).
-constexpr long long DaysFromCivil(long long y, long long m, long long d) {
-    y -= m <= 2 ? 1 : 0;
-    const long long era = (y >= 0 ? y : y - 399) / 400;
-    const long long yoe = y - era * 400;
-    const long long doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    const long long doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + doe - 719468;
-}
 
 constexpr long long DayZero = DaysFromCivil(1899, 12, 30);
 static_assert(DaysFromCivil(1900, 1, 1) - DayZero == 2);

@@ -7,9 +7,19 @@
 
 namespace velorin {
 
+// Days from 1 January 1970 of a proleptic Gregorian date (month 1 to 12).
+constexpr long long DaysFromCivil(long long y, long long m, long long d) {
+    y -= m <= 2 ? 1 : 0;
+    const long long era = (y >= 0 ? y : y - 399) / 400;
+    const long long yoe = y - era * 400;
+    const long long doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
+    const long long doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
+    return era * 146097 + doe - 719468;
+}
+
 struct DateRules {
-    double todayDate;   // today as a day number, no time part
-    bool dayFirst;      // the user's locale writes the day before the month
+    double todayDate; // today as a day number, no time part
+    bool dayFirst;    // the user's locale writes the day before the month
 };
 extern DateRules dateRules;
 

@@ -8,25 +8,10 @@
 #include "chart_model/price_chart.h"
 #include "market_data/data_source.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
+#include "tests/support/recording_seam.h"
 
 namespace velorin {
 namespace {
-
-struct Said {
-    std::string text, caption;
-};
-
-class ListeningSeam final : public UserSeam {
-  public:
-    std::vector<Said> said;
-    int ShowMessage(std::string_view t, std::string_view c, MessageIcon) override {
-        said.push_back({std::string(t), std::string(c)});
-        return 1;
-    }
-    int AskFile(const FileDialogRequest&, std::string&) override { return 0; }
-    void SetWaitCursor(bool) override {}
-};
 
 class ChartModel : public ::testing::Test {
   protected:
@@ -34,7 +19,6 @@ class ChartModel : public ::testing::Test {
         ResetShellState();
         ResetMarketDataState();
         ResetChartDefaults();
-        InstallSeam(&seam);
         blocksBefore = blockAllocator.liveBlocks;
         regionsBefore = LiveRegionCount();
         windowHooks.createChild = [](const ChildWindowRequest& r) -> WindowId {
@@ -44,9 +28,10 @@ class ChartModel : public ::testing::Test {
         nextWindow = 77;
     }
     void TearDown() override {
-        for (int s = 0; s < MaxSourceSlots; ++s) FreeDataSource(s);
-        for (Chart* c : charts) ReleaseChart(c);
-        InstallSeam(nullptr);
+        for (int s = 0; s < MaxSourceSlots; ++s)
+            FreeDataSource(s);
+        for (Chart* c : charts)
+            ReleaseChart(c);
         windowHooks = {};
         EXPECT_EQ(blockAllocator.liveBlocks, blocksBefore);
         EXPECT_EQ(LiveRegionCount(), regionsBefore);
@@ -74,7 +59,7 @@ class ChartModel : public ::testing::Test {
         return lastRequest.chart;
     }
 
-    ListeningSeam seam;
+    test_support::RecordingSeam seam;
     long blocksBefore = 0, regionsBefore = 0;
     std::vector<Chart*> charts;
     static inline ChildWindowRequest lastRequest{};
@@ -210,9 +195,9 @@ TEST_F(ChartModel, FailuresReleaseTheFreshSourceAndSayWhy) {
     Connect(30);
     nextWindow = 0;
     EXPECT_EQ(CreatePriceChart("Price", 0), 0);
-    ASSERT_EQ(seam.said.size(), 1u);
-    EXPECT_EQ(seam.said[0].text, "Unable to create Window - Please close some");
-    EXPECT_EQ(seam.said[0].caption, "QDX-Velorin");
+    ASSERT_EQ(seam.messages.size(), 1u);
+    EXPECT_EQ(seam.messages[0].text, "Unable to create Window - Please close some");
+    EXPECT_EQ(seam.messages[0].caption, "QDX-Velorin");
     EXPECT_EQ(SourceAt(0), nullptr);
     EXPECT_EQ(shell.chartCount, 0);
 
@@ -220,13 +205,13 @@ TEST_F(ChartModel, FailuresReleaseTheFreshSourceAndSayWhy) {
     FailAllocationAfter(0);
     shell.batchRunning = 1; // silenced during a batch
     EXPECT_EQ(CreatePriceChart("Price", 0), 0);
-    EXPECT_EQ(seam.said.size(), 1u);
+    EXPECT_EQ(seam.messages.size(), 1u);
     EXPECT_EQ(SourceAt(marketData.nextSourceSlot), nullptr);
     shell.batchRunning = 0;
     Connect(30);
     FailAllocationAfter(0);
     EXPECT_EQ(CreatePriceChart("Price", 0), 0);
-    EXPECT_EQ(seam.said.back().text,
+    EXPECT_EQ(seam.messages.back().text,
               "Memory Allocation For New Window failed - Please close some windows");
 }
 

@@ -41,7 +41,8 @@ TEST(MainMenu, GatedItemsStartGreyedAndEverythingElseEnabled) {
     const int* gated = GatedCommands(&n);
     ASSERT_EQ(n, 38);
     const std::set<int> gatedSet(gated, gated + n);
-    for (const auto& [id, g] : m.greyed) EXPECT_EQ(g, gatedSet.count(id) == 1) << id;
+    for (const auto& [id, g] : m.greyed)
+        EXPECT_EQ(g, gatedSet.count(id) == 1) << id;
     // 10415 is gated but stands in no menu.
     EXPECT_EQ(m.greyed.count(10415), 0u);
 }
@@ -101,8 +102,8 @@ TEST(FrameRules, Limits) {
 TEST(FrameRules, ZoomSteps) {
     struct Step {
         double from, in, out;
-    } steps[] = {{60, 50, 25}, {50, 50, 25}, {49, 50, 16}, {25, 50, 16}, {24.9, 25, 8},
-                 {16, 25, 8},  {15, 16, 4},  {8, 16, 4},   {7, 8, 2},    {4, 8, 2},
+    } steps[] = {{60, 50, 25}, {50, 50, 25}, {49, 50, 16}, {25, 50, 16},      {24.9, 25, 8},
+                 {16, 25, 8},  {15, 16, 4},  {8, 16, 4},   {7, 8, 2},         {4, 8, 2},
                  {3, 4, 1},    {2, 4, 1},    {1, 2, 0.5},  {0.5, 0.25, 0.25}, {0.25, 0.25, 0.25}};
     for (const Step& s : steps) {
         EXPECT_EQ(ZoomInResolution(s.from), s.in) << s.from;
@@ -141,46 +142,32 @@ TEST(FrameRules, StyleGuard) {
 } // namespace velorin
 
 #include "market_data/block.h"
-#include "shell/core/user_seam.h"
 #include "shell/core/working_blocks.h"
+#include "tests/support/recording_seam.h"
 
 namespace velorin {
 namespace {
 
-class CountingSeam final : public UserSeam {
-  public:
-    std::string text, caption;
-    MessageIcon icon = MessageIcon::Information;
-    int ShowMessage(std::string_view t, std::string_view c, MessageIcon i) override {
-        text = t;
-        caption = c;
-        icon = i;
-        return 1;
-    }
-    int AskFile(const FileDialogRequest&, std::string&) override { return 0; }
-    void SetWaitCursor(bool) override {}
-};
-
 TEST(WorkingBlocks, AnyFailedAllocationIsReportedAndLeavesNothing) {
-    CountingSeam seam;
-    InstallSeam(&seam);
+    test_support::RecordingSeam seam;
     ResetProgramState();
     const long before = blockAllocator.liveBlocks;
     for (int n = 0; n < 9; ++n) {
         FailAllocationAfter(n);
-        seam.text.clear();
+        seam.Clear();
         EXPECT_FALSE(AllocateWorkingBlocks()) << n;
         blockAllocator.failCountdown = -1;
-        EXPECT_EQ(seam.text, "QDX-Velorin Memory Allocation Failed\n\nPlease close some applications");
-        EXPECT_EQ(seam.caption, "QDX-Velorin");
-        EXPECT_EQ(seam.icon, MessageIcon::Stop);
+        ASSERT_EQ(seam.MessageCount(), 1u);
+        EXPECT_EQ(seam.messages[0].text,
+                  "QDX-Velorin Memory Allocation Failed\n\nPlease close some applications");
+        EXPECT_EQ(seam.messages[0].caption, "QDX-Velorin");
+        EXPECT_EQ(seam.messages[0].icon, MessageIcon::Stop);
         EXPECT_EQ(blockAllocator.liveBlocks, before);
         ResetProgramState();
     }
     EXPECT_TRUE(AllocateWorkingBlocks());
     FreeWorkingBlocks();
     EXPECT_EQ(blockAllocator.liveBlocks, before);
-    InstallSeam(nullptr);
 }
 
 } // namespace

@@ -20,39 +20,13 @@
 #include "market_data/data_source.h"
 #include "market_data/date.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
 #include "shell/core/working_blocks.h"
 #include "shell/qt/dialogs.h"
 #include "shell/qt/frame_window.h"
+#include "tests/support/recording_seam.h"
 
 namespace velorin {
 namespace {
-
-struct Said {
-    std::string text, caption;
-    MessageIcon icon;
-};
-
-class ScriptedSeam final : public UserSeam {
-  public:
-    std::vector<Said> said;
-    std::deque<std::string> files; // answers to file dialogs; "" cancels
-    int waitDepth = 0;
-    int ShowMessage(std::string_view t, std::string_view c, MessageIcon i) override {
-        said.push_back({std::string(t), std::string(c), i});
-        return 1;
-    }
-    int AskFile(const FileDialogRequest& request, std::string& path) override {
-        lastFilter = request.filter;
-        lastTitle = request.title;
-        if (files.empty()) return 0;
-        path = files.front();
-        files.pop_front();
-        return path.empty() ? 0 : 1;
-    }
-    void SetWaitCursor(bool on) override { waitDepth += on ? 1 : -1; }
-    std::string lastFilter, lastTitle;
-};
 
 class Frame : public ::testing::Test {
   protected:
@@ -60,7 +34,6 @@ class Frame : public ::testing::Test {
         ResetProgramState();
         dateRules.todayDate = 50000; // far ahead of the sample dates
         ASSERT_TRUE(AllocateWorkingBlocks());
-        InstallSeam(&seam);
         frame = new FrameWindow;
         frame->resize(1200, 800);
         frame->show();
@@ -70,7 +43,6 @@ class Frame : public ::testing::Test {
     void TearDown() override {
         frame->CloseAllChildren();
         delete frame;
-        InstallSeam(nullptr);
         FreeWorkingBlocks();
         EXPECT_EQ(blockAllocator.liveBlocks, 0);
     }
@@ -79,8 +51,8 @@ class Frame : public ::testing::Test {
         const auto path = (dir / name).string();
         std::ofstream out(path, std::ios::binary);
         for (int r = 0; r < rows; ++r)
-            out << "1/" << (r % 28) + 1 << "/" << 1990 + r / 28 << "," << 100 + r << ","
-                << 99 + r << "," << 102 + r << "," << 98 + r << "," << 1000 + r << "\r\n";
+            out << "1/" << (r % 28) + 1 << "/" << 1990 + r / 28 << "," << 100 + r << "," << 99 + r
+                << "," << 102 + r << "," << 98 + r << "," << 1000 + r << "\r\n";
         return path;
     }
 
@@ -91,7 +63,7 @@ class Frame : public ::testing::Test {
         return texts;
     }
 
-    ScriptedSeam seam;
+    test_support::RecordingSeam seam;
     FrameWindow* frame = nullptr;
     std::filesystem::path dir;
 };
@@ -114,11 +86,12 @@ TEST_F(Frame, MenuBarTextsAndStartStates) {
 }
 
 TEST_F(Frame, DatafileOpensATitledChartAndClosingGreysTheMenu) {
-    seam.files.push_back(WriteFile("ACME.PRC", 40));
+    seam.QueueFile(WriteFile("ACME.PRC", 40));
     frame->FrameCommand(10718);
-    EXPECT_EQ(seam.lastFilter, "Text Files (*.PRC)");
-    EXPECT_EQ(seam.lastTitle, "Open Data File");
-    ASSERT_TRUE(seam.said.empty()) << seam.said[0].text;
+    ASSERT_EQ(seam.fileRequests.size(), 1u);
+    EXPECT_EQ(seam.fileRequests[0].filter, "Text Files (*.PRC)");
+    EXPECT_EQ(seam.fileRequests[0].title, "Open Data File");
+    ASSERT_TRUE(seam.messages.empty()) << seam.messages[0].text;
     const auto subs = frame->mdiClient()->subWindowList();
     ASSERT_EQ(subs.size(), 1);
     EXPECT_EQ(subs[0]->windowTitle(), QStringLiteral("Price ACME 1/1/1990 - 1/12/91"));
@@ -127,7 +100,7 @@ TEST_F(Frame, DatafileOpensATitledChartAndClosingGreysTheMenu) {
     EXPECT_EQ(marketData.nextSourceSlot, 1);
     EXPECT_TRUE(frame->action(10404)->isEnabled());
     EXPECT_TRUE(frame->action(10605)->isEnabled());
-    EXPECT_EQ(seam.waitDepth, 0);
+    EXPECT_EQ(seam.waitCursorDepth, 0);
 
     subs[0]->close();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -140,14 +113,14 @@ TEST_F(Frame, DatafileOpensATitledChartAndClosingGreysTheMenu) {
 }
 
 TEST_F(Frame, FailedReadsLeaveTheDeskAsItWas) {
-    seam.files.push_back(WriteFile("ONE.PRC", 1));
+    seam.QueueFile(WriteFile("ONE.PRC", 1));
     frame->FrameCommand(10718);
-    ASSERT_EQ(seam.said.size(), 1u);
-    EXPECT_EQ(seam.said[0].text, "DataFile Read Error");
-    EXPECT_EQ(seam.said[0].caption, "QDX-Velorin");
-    seam.files.push_back(""); // cancelled: nothing said
+    ASSERT_EQ(seam.messages.size(), 1u);
+    EXPECT_EQ(seam.messages[0].text, "DataFile Read Error");
+    EXPECT_EQ(seam.messages[0].caption, "QDX-Velorin");
+    seam.QueueCancel(); // cancelled: nothing said
     frame->FrameCommand(10718);
-    EXPECT_EQ(seam.said.size(), 1u);
+    EXPECT_EQ(seam.messages.size(), 1u);
     EXPECT_TRUE(frame->mdiClient()->subWindowList().isEmpty());
     EXPECT_EQ(shell.chartCount, 0);
     EXPECT_EQ(marketData.nextSourceSlot, 0);
@@ -157,15 +130,15 @@ TEST_F(Frame, FailedReadsLeaveTheDeskAsItWas) {
 TEST_F(Frame, LimitsRefuseBeforeAskingForAFile) {
     marketData.nextSourceSlot = 999;
     frame->FrameCommand(10718);
-    ASSERT_EQ(seam.said.size(), 1u);
-    EXPECT_EQ(seam.said[0].text, "Too Many Data Sources - Please close some charts");
+    ASSERT_EQ(seam.messages.size(), 1u);
+    EXPECT_EQ(seam.messages[0].text, "Too Many Data Sources - Please close some charts");
     marketData.nextSourceSlot = 998;
     shell.chartCount = 50;
     frame->FrameCommand(10718);
-    ASSERT_EQ(seam.said.size(), 2u);
-    EXPECT_EQ(seam.said[1].text, "Too Many Charts Open - Please close some charts");
-    EXPECT_EQ(seam.said[1].caption, "QDX Velorin");
-    EXPECT_TRUE(seam.lastTitle.empty()); // no dialog was shown
+    ASSERT_EQ(seam.messages.size(), 2u);
+    EXPECT_EQ(seam.messages[1].text, "Too Many Charts Open - Please close some charts");
+    EXPECT_EQ(seam.messages[1].caption, "QDX Velorin");
+    EXPECT_TRUE(seam.fileRequests.empty()); // no dialog was shown
     shell.chartCount = 0;
 }
 
@@ -194,8 +167,8 @@ TEST_F(Frame, OptionTogglesAndThicknessGroups) {
 
 TEST_F(Frame, FilteredCaptionAndCloseAll) {
     frame->FrameCommand(20702);
-    seam.files.push_back(WriteFile("GLOBEX.PRC", 30));
-    seam.files.push_back(WriteFile("INITECH.PRC", 30));
+    seam.QueueFile(WriteFile("GLOBEX.PRC", 30));
+    seam.QueueFile(WriteFile("INITECH.PRC", 30));
     frame->FrameCommand(10718);
     frame->FrameCommand(10718);
     const auto subs = frame->mdiClient()->subWindowList(QMdiArea::CreationOrder);
@@ -212,8 +185,8 @@ TEST_F(Frame, FilteredCaptionAndCloseAll) {
 }
 
 TEST_F(Frame, FindActiveChildPrefersAMinimisedWindowJustBelow) {
-    seam.files.push_back(WriteFile("A.PRC", 30));
-    seam.files.push_back(WriteFile("B.PRC", 30));
+    seam.QueueFile(WriteFile("A.PRC", 30));
+    seam.QueueFile(WriteFile("B.PRC", 30));
     frame->FrameCommand(10718);
     frame->FrameCommand(10718);
     const auto subs = frame->mdiClient()->subWindowList(QMdiArea::CreationOrder);
@@ -231,7 +204,7 @@ TEST_F(Frame, TimersActOnlyWithChartsOpen) {
     frame->TimerTick(3);
     EXPECT_EQ(frame->pendingRefreshRuns(), 0);
     EXPECT_EQ(frame->refetchRuns(), 0);
-    seam.files.push_back(WriteFile("T.PRC", 30));
+    seam.QueueFile(WriteFile("T.PRC", 30));
     frame->FrameCommand(10718);
     frame->TimerTick(1);
     frame->TimerTick(3);

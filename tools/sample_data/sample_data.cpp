@@ -1,4 +1,5 @@
 #include "tools/sample_data/sample_data.h"
+#include "market_data/date.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -28,15 +29,6 @@ class Random {
   private:
     std::uint64_t state_;
 };
-
-long long DaysFromCivil(long long y, long long m, long long d) {
-    y -= m <= 2 ? 1 : 0;
-    const long long era = (y >= 0 ? y : y - 399) / 400;
-    const long long yoe = y - era * 400;
-    const long long doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    const long long doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + doe - 719468;
-}
 
 void CivilFromDays(long long z, int& y, int& m, int& d) {
     z += 719468;
