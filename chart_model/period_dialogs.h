@@ -1,0 +1,20 @@
+#pragma once
+// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
+// The period and scale dialogs of analysis charts: "Period", "Periods" and
+// "Price Scale", and the read-only "Fibonacci" levels. They only write into
+// the chart record; the caller recomputes after OK.
+
+#include "chart_model/chart.h"
+
+namespace velorin {
+
+// Each returns 0 after OK, whether or not the typed value was taken, and 1
+// after Cancel. A value that fails its test changes nothing, silently.
+int RunPeriodDialog(Chart& chart, int selectedCurve);
+int RunPeriodThreeDialog(Chart& chart);
+int RunFracDialog(Chart& chart);
+
+// The twelve levels of the source's last row, until OK.
+void ShowFibonacciDialog(const Chart& chart);
+
+} // namespace velorin
