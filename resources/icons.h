@@ -1,11 +1,14 @@
 #pragma once
 // Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The program's icons, drawn at start: "FRAME" for the frame and the
-// companion views, "GREEN" for chart windows.
+// companion views, "GREEN" for chart windows, and "GREEN", "RED" and
+// "YELLOW" as the keys of the fields of the modal dialogs.
 
 #include <QIcon>
 
 namespace velorin {
 QIcon FrameIcon();
 QIcon GreenIcon();
+QIcon RedIcon();
+QIcon YellowIcon();
 } // namespace velorin

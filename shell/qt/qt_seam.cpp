@@ -5,6 +5,8 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include "shell/qt/modal_dialogs.h"
+
 namespace velorin {
 
 namespace {
@@ -51,6 +53,18 @@ void QtUserSeam::SetWaitCursor(bool on) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
     else
         QApplication::restoreOverrideCursor();
+}
+
+int QtUserSeam::RunComboDialog(ComboDialog& dialog) {
+    return ExecComboDialog(dialog, Owner());
+}
+
+void QtUserSeam::ShowValuesDialog(const ValuesDialog& dialog) {
+    ExecValuesDialog(dialog, Owner());
+}
+
+int QtUserSeam::ChooseColour(std::uint32_t& rgb) {
+    return ExecColourDialog(rgb, Owner());
 }
 
 } // namespace velorin

@@ -1,7 +1,7 @@
 #pragma once
 // Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The desktop implementation of the user seam: Qt message boxes, file
-// dialogs and the override cursor.
+// dialogs, the override cursor, and the modal dialogs of shell/qt/modal_dialogs.h.
 
 #include "shell/core/user_seam.h"
 
@@ -14,6 +14,9 @@ class QtUserSeam final : public UserSeam {
     int ShowMessage(std::string_view text, std::string_view caption, MessageIcon icon) override;
     int AskFile(const FileDialogRequest& request, std::string& pathOut) override;
     void SetWaitCursor(bool on) override;
+    int RunComboDialog(ComboDialog& dialog) override;
+    void ShowValuesDialog(const ValuesDialog& dialog) override;
+    int ChooseColour(std::uint32_t& rgb) override;
 
   private:
     static QWidget* Owner();

@@ -1,16 +1,22 @@
 #pragma once
-// A UserSeam for tests: records every message, answers file dialogs from a
-// queue of scripted answers, and counts wait-cursor calls. Header-only.
+// A UserSeam for tests: records every message, answers file dialogs, combo
+// dialogs and the colour dialog from queues of scripted answers, and counts
+// wait-cursor calls. Header-only. What is not scripted is cancelled.
 //
 //   velorin::test_support::RecordingSeam seam;      // installs itself
 //   seam.QueueFile("/tmp/x/ACME.PRC");                // next AskFile picks it
 //   ... code under test ...
 //   EXPECT_EQ(seam.LastText(), "DataFile Read Error");
 //
+//   seam.QueueComboAnswer({"300"});                   // next combo dialog: OK
+//   seam.QueueColour(0x00FF8000);                     // next colour dialog: OK
+//
 // The namespace is not "testing", so that code inside namespace velorin can
 // still name GoogleTest's ::testing unqualified.
 
+#include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -29,6 +35,13 @@ struct RecordedMessage {
 struct ScriptedFileAnswer {
     int result = 0;   // 1 chosen, 0 cancelled, -1 the dialog failed
     std::string path; // given back when result is 1
+};
+
+// One scripted answer to a combo dialog: OK with these texts (fields beyond
+// the list keep their text), or Cancel.
+struct ScriptedComboAnswer {
+    bool ok = false;
+    std::vector<std::string> texts;
 };
 
 class RecordingSeam : public UserSeam {
@@ -75,6 +88,32 @@ class RecordingSeam : public UserSeam {
         }
     }
 
+    // Records the dialog as it was shown, then gives the scripted answer;
+    // with nothing scripted the user cancels (1).
+    int RunComboDialog(ComboDialog& dialog) override {
+        comboDialogs.push_back(dialog);
+        if (comboAnswers.empty()) return 1;
+        ScriptedComboAnswer answer = std::move(comboAnswers.front());
+        comboAnswers.pop_front();
+        if (!answer.ok) return 1;
+        for (std::size_t i = 0; i < answer.texts.size() && i < dialog.fields.size(); ++i)
+            dialog.fields[i].text = answer.texts[i];
+        return 0;
+    }
+
+    void ShowValuesDialog(const ValuesDialog& dialog) override { valuesDialogs.push_back(dialog); }
+
+    // Records the start colour; with nothing scripted the user cancels (0).
+    int ChooseColour(std::uint32_t& rgb) override {
+        colourRequests.push_back(rgb);
+        if (colourAnswers.empty()) return 0;
+        const std::optional<std::uint32_t> answer = colourAnswers.front();
+        colourAnswers.pop_front();
+        if (!answer) return 0;
+        rgb = *answer;
+        return 1;
+    }
+
     // --- Scripting ----------------------------------------------------------
     void QueueFile(std::string path) {
         fileAnswers.push_back(ScriptedFileAnswer{1, std::move(path)});
@@ -82,6 +121,13 @@ class RecordingSeam : public UserSeam {
     void QueueCancel() { fileAnswers.push_back(ScriptedFileAnswer{0, {}}); }
     void QueueDialogFailure() { fileAnswers.push_back(ScriptedFileAnswer{-1, {}}); }
     void QueueMessageAnswer(int answer) { messageAnswers.push_back(answer); }
+    // OK with the fields' texts, in field order.
+    void QueueComboAnswer(std::vector<std::string> texts) {
+        comboAnswers.push_back(ScriptedComboAnswer{true, std::move(texts)});
+    }
+    void QueueComboCancel() { comboAnswers.push_back(ScriptedComboAnswer{false, {}}); }
+    void QueueColour(std::uint32_t rgb) { colourAnswers.emplace_back(rgb); }
+    void QueueColourCancel() { colourAnswers.emplace_back(std::nullopt); }
 
     // --- Reading back -------------------------------------------------------
     std::size_t MessageCount() const { return messages.size(); }
@@ -97,14 +143,24 @@ class RecordingSeam : public UserSeam {
         fileRequests.clear();
         fileAnswers.clear();
         messageAnswers.clear();
+        comboDialogs.clear();
+        comboAnswers.clear();
+        valuesDialogs.clear();
+        colourRequests.clear();
+        colourAnswers.clear();
         waitCursorOnCalls = waitCursorOffCalls = waitCursorDepth = 0;
     }
 
     std::vector<RecordedMessage> messages;
     std::vector<FileDialogRequest> fileRequests;
     std::deque<ScriptedFileAnswer> fileAnswers;
-    std::deque<int> messageAnswers; // answers to ShowMessage, in order
-    int defaultMessageAnswer = 1;   // when messageAnswers is empty (1 = OK)
+    std::deque<int> messageAnswers;        // answers to ShowMessage, in order
+    int defaultMessageAnswer = 1;          // when messageAnswers is empty (1 = OK)
+    std::vector<ComboDialog> comboDialogs; // as shown, before the answer
+    std::deque<ScriptedComboAnswer> comboAnswers;
+    std::vector<ValuesDialog> valuesDialogs;
+    std::vector<std::uint32_t> colourRequests;              // the start colour of each
+    std::deque<std::optional<std::uint32_t>> colourAnswers; // nullopt: Cancel
     int waitCursorOnCalls = 0;
     int waitCursorOffCalls = 0;
     int waitCursorDepth = 0; // on minus off: 0 when every wait cursor was restored
