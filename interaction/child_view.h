@@ -16,6 +16,12 @@ class ChildView : public QWidget {
         : QWidget(parent), chart_(chart), windowClass_(windowClass) {}
     Chart* chart() const { return chart_; }
     WindowClass windowClass() const { return windowClass_; }
+    // Repaint everything, erasing first.
+    virtual void Invalidate() { update(); }
+    // The window is no longer the one in front.
+    virtual void Deactivated() {}
+    // A chart command sent to this window (menus, the frame, the button bar).
+    virtual void Command(int commandId) { (void)commandId; }
 
   protected:
     Chart* chart_;
@@ -29,15 +35,6 @@ struct DeskHooks {
     void (*menuStateChanged)() = nullptr;
 };
 extern DeskHooks deskHooks;
-
-// Chart commands and the chart context menu; installed by the drawing
-// tools and chart commands.
-struct ChartCommandHooks {
-    void (*run)(QWidget* window, Chart* chart, int commandId) = nullptr;
-    void (*contextMenu)(QWidget* window, Chart* chart, int x, int y) = nullptr;
-    void (*toolClick)(QWidget* window, Chart* chart, int x, int y) = nullptr;
-};
-extern ChartCommandHooks chartCommandHooks;
 
 // The close of a chart window: drawn objects and record released, the
 // source given back, the count lowered; the last one resets the slots.

@@ -5,7 +5,9 @@
 namespace velorin {
 namespace {
 
-bool Is(const Chart& chart, const char* name) { return std::strcmp(chart.kindName, name) == 0; }
+bool Is(const Chart& chart, const char* name) {
+    return std::strcmp(chart.kindName, name) == 0;
+}
 
 bool IsAnyOf(const Chart& chart, std::initializer_list<const char*> names) {
     for (const char* n : names)
@@ -16,15 +18,22 @@ bool IsAnyOf(const Chart& chart, std::initializer_list<const char*> names) {
 MenuItem Item(const char* text, int id, bool checked = false) {
     return {text, id, checked, false, 0, false};
 }
-MenuItem Separator() { return {nullptr, 0, false, false, 0, false}; }
-MenuItem Submenu(const char* text) { return {text, 0, false, false, 1, false}; }
-MenuItem EndSubmenu() { return {nullptr, 0, false, false, 0, true}; }
+MenuItem Separator() {
+    return {nullptr, 0, false, false, 0, false};
+}
+MenuItem Submenu(const char* text) {
+    return {text, 0, false, false, 1, false};
+}
+MenuItem EndSubmenu() {
+    return {nullptr, 0, false, false, 0, true};
+}
 
 bool PeriodExcluded(const Chart& chart, int slot) {
     if (slot == 3)
         return IsAnyOf(chart, {"MACD", "OBV", "Tic Volume", "Predictor", "Price Ratio", "Spread",
                                "Relative Strength", "Relative Performance", "Fibonacci", "Trend"});
-    if (slot == 4) return IsAnyOf(chart, {"MACD", "Swing Charting", "Predictor", "Fibonacci", "Trend"});
+    if (slot == 4)
+        return IsAnyOf(chart, {"MACD", "Swing Charting", "Predictor", "Fibonacci", "Trend"});
     return IsAnyOf(chart, {"Fibonacci", "Trend"});
 }
 
@@ -80,10 +89,14 @@ std::vector<MenuItem> HandleMenu(const Chart& chart, const HandleHit& hit, int x
         const TrendLineSet& t = *chart.drawings->trendLines;
         mouse.colourTarget = 0;
         mouse.selectedTrend = i;
-        items = {Item("Move Trend", 20533),      Item("Clone Trend", 20539),
-                 Item("Clear Trend", 20504),     Item("Clear All Trends", 20509),
-                 Item("Clear All Lines", 20518), Item("Extend Trend", 20525, t.extended[i] == 1),
-                 Item("Data Value", 20537, t.freePlaced[i] == 0), Item("Colour ...", 20519)};
+        items = {Item("Move Trend", 20533),
+                 Item("Clone Trend", 20539),
+                 Item("Clear Trend", 20504),
+                 Item("Clear All Trends", 20509),
+                 Item("Clear All Lines", 20518),
+                 Item("Extend Trend", 20525, t.extended[i] == 1),
+                 Item("Data Value", 20537, t.freePlaced[i] == 0),
+                 Item("Colour ...", 20519)};
         break;
     }
     case HitObject::Channel: {
@@ -101,9 +114,12 @@ std::vector<MenuItem> HandleMenu(const Chart& chart, const HandleHit& hit, int x
                 (inSecond && second->box.top > first->box.top))
                 mouse.lowerLineHit = 1;
         }
-        items = {Item("Move Channel", 20534), Item("Clear Channel", 20505),
-                 Item("Clear All Channels", 20510), Item("Clear All Lines", 20518),
-                 Item("Extend Channel", 20526, c.extended[i] == 1), Item("Colour ...", 20519)};
+        items = {Item("Move Channel", 20534),
+                 Item("Clear Channel", 20505),
+                 Item("Clear All Channels", 20510),
+                 Item("Clear All Lines", 20518),
+                 Item("Extend Channel", 20526, c.extended[i] == 1),
+                 Item("Colour ...", 20519)};
         break;
     }
     case HitObject::Gann: {
@@ -155,7 +171,9 @@ std::vector<MenuItem> HandleMenu(const Chart& chart, const HandleHit& hit, int x
             const char* current = chart.predictorShort == 1    ? "Short"
                                   : chart.predictorMedium == 1 ? "Medium"
                                                                : "Long";
-            const int id = chart.predictorShort == 1 ? 20101 : chart.predictorMedium == 1 ? 20102 : 20103;
+            const int id = chart.predictorShort == 1    ? 20101
+                           : chart.predictorMedium == 1 ? 20102
+                                                        : 20103;
             items.push_back({current, id, true, true, 0, false});
             items.push_back(EndSubmenu());
         } else if (!PeriodExcluded(chart, i)) {

@@ -1,14 +1,18 @@
 #include "interaction/price_child.h"
 
 #include <QGuiApplication>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QScreen>
 #include <QTimer>
 
+#include "interaction/chart_command.h"
+#include "interaction/chart_menu.h"
+#include "interaction/drawing_tools.h"
 #include "interaction/handle_menu.h"
 #include "market_data/data_source.h"
 #include "rendering/mouse_state.h"
@@ -19,10 +23,25 @@
 namespace velorin {
 
 DeskHooks deskHooks;
-ChartCommandHooks chartCommandHooks;
 QMenu* PriceChild::openMenu_ = nullptr;
 
 namespace {
+
+// The tool cursor: a ring with its hot spot in the middle.
+const QCursor& RingCursor() {
+    static const QCursor ring = [] {
+        QPixmap pixmap(32, 32);
+        pixmap.fill(Qt::transparent);
+        QPainter p(&pixmap);
+        p.setRenderHint(QPainter::Antialiasing);
+        p.setPen(QPen(Qt::black, 4));
+        p.drawEllipse(QPointF(15.5, 15.5), 8, 8);
+        p.setPen(QPen(Qt::white, 2));
+        p.drawEllipse(QPointF(15.5, 15.5), 8, 8);
+        return QCursor(pixmap, 15, 15);
+    }();
+    return ring;
+}
 
 // Every tool flag but the highlight region one.
 bool AnyToolButRegion(const ChartMouseState& m) {
@@ -90,6 +109,46 @@ void PriceChild::Invalidate() {
     update();
 }
 
+void PriceChild::Command(int commandId) {
+    if (chart_) ChartCommand(*this, *chart_, commandId);
+}
+
+WindowId PriceChild::Id() const {
+    return reinterpret_cast<WindowId>(parentWidget() ? parentWidget() : this);
+}
+
+std::string PriceChild::Caption() const {
+    const QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
+    return (top ? top : this)->windowTitle().toLocal8Bit().toStdString();
+}
+
+void PriceChild::SetCaption(const std::string& caption) {
+    QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
+    (top ? top : this)->setWindowTitle(QString::fromLocal8Bit(caption.c_str()));
+}
+
+void PriceChild::Capture(bool on) {
+    if (on)
+        grabMouse();
+    else if (QWidget::mouseGrabber() == this)
+        releaseMouse();
+}
+
+void PriceChild::SetRingCursor() {
+    savedCursor_ = cursor();
+    setCursor(RingCursor());
+}
+
+void PriceChild::RestoreCursor() {
+    setCursor(savedCursor_);
+}
+
+void PriceChild::InvalidateReadout() {
+    readoutDirty_ = true;
+    update(ReadoutRect.left, ReadoutRect.top, ReadoutRect.right - ReadoutRect.left,
+           ReadoutRect.bottom - ReadoutRect.top);
+}
+
 bool PriceChild::InPlot(int x, int y) const {
     return x >= ScaleWidth && x < width() - 2 && y >= BandHeight && y <= height() - BandHeight;
 }
@@ -101,6 +160,7 @@ void PriceChild::RenderAll() {
         QtDrawDevice device(backing_);
         lastPaint_ = PaintPriceChart(device, *chart_, width(), height());
     }
+    lastBarX_ = renderResults.lastBarX;
     dirty_ = false;
     readoutDirty_ = false;
     if (lastPaint_.outcome == PaintOutcome::Minimise) {
@@ -136,6 +196,30 @@ void PriceChild::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRect r = event->rect();
     painter.drawImage(r, backing_, r);
+    painter.end();
+    // Only the window in front keeps its image between paints, for the
+    // crosshair; the others render anew when they are shown again, so a
+    // desk of fifty windows holds one image instead of fifty.
+    if (!IsFrontChild() && !chartMouse.crosshairOn) {
+        backing_ = QImage();
+        dirty_ = true;
+    }
+}
+
+void PriceChild::Deactivated() {
+    if (chartMouse.crosshairOn || backing_.isNull()) return;
+    backing_ = QImage();
+    dirty_ = true;
+}
+
+bool PriceChild::IsFrontChild() const {
+    auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget());
+    if (!sub || !sub->mdiArea()) return true;
+    return sub->mdiArea()->activeSubWindow() == sub;
+}
+
+void PriceChild::EnsureBacking() {
+    if (dirty_ || backing_.size() != size()) RenderAll();
 }
 
 void PriceChild::StartCrosshair() {
@@ -154,6 +238,7 @@ void PriceChild::EndCrosshair() {
 }
 
 void PriceChild::OpenHandleMenu(int x, int y) {
+    EnsureBacking();
     const HandleHit hit = HitTestHandles(*chart_, x, y);
     if (hit.object == HitObject::None) {
         StartCrosshair();
@@ -168,16 +253,27 @@ void PriceChild::OpenHandleMenu(int x, int y) {
         };
         const DrawingSet* d = chart_->drawings;
         switch (hit.object) {
-        case HitObject::Trend: invert(d->trendLines->regions[hit.index]); break;
+        case HitObject::Trend:
+            invert(d->trendLines->regions[hit.index]);
+            break;
         case HitObject::Channel:
             invert(d->channels->regions[hit.index]);
             invert(d->channels->secondRegions[hit.index]);
             break;
-        case HitObject::Gann: invert(d->gannLines->regions[0][hit.index]); break;
-        case HitObject::Vertical: invert(d->verticalLines->regions[hit.index]); break;
-        case HitObject::Horizontal: invert(d->horizontalLines->regions[hit.index]); break;
-        case HitObject::Curve: invert(chart_->view->curveRegions[hit.index]); break;
-        case HitObject::None: break;
+        case HitObject::Gann:
+            invert(d->gannLines->regions[0][hit.index]);
+            break;
+        case HitObject::Vertical:
+            invert(d->verticalLines->regions[hit.index]);
+            break;
+        case HitObject::Horizontal:
+            invert(d->horizontalLines->regions[hit.index]);
+            break;
+        case HitObject::Curve:
+            invert(chart_->view->curveRegions[hit.index]);
+            break;
+        case HitObject::None:
+            break;
         }
     }
     repaint();
@@ -185,9 +281,7 @@ void PriceChild::OpenHandleMenu(int x, int y) {
     QMenu menu(this);
     std::size_t at = 0;
     Chart* chart = chart_;
-    AddItems(&menu, items, at, [this, chart](int id) {
-        if (chartCommandHooks.run) chartCommandHooks.run(this, chart, id);
-    });
+    AddItems(&menu, items, at, [this, chart](int id) { ChartCommand(*this, *chart, id); });
     openMenu_ = &menu;
     menu.exec(mapToGlobal(QPoint(x, y)));
     openMenu_ = nullptr;
@@ -198,9 +292,7 @@ void PriceChild::mousePressEvent(QMouseEvent* event) {
     if (!chart_) return;
     const QPoint p = event->position().toPoint();
     if (event->button() == Qt::RightButton) {
-        // The chart context menu first cancels any crosshair.
-        EndCrosshair();
-        if (chartCommandHooks.contextMenu) chartCommandHooks.contextMenu(this, chart_, p.x(), p.y());
+        OpenChartMenu(p.x(), p.y());
         return;
     }
     if (event->button() != Qt::LeftButton) return;
@@ -214,8 +306,24 @@ void PriceChild::mousePressEvent(QMouseEvent* event) {
             StartCrosshair();
         return;
     }
-    if (!chartMouse.crosshairOn && chartCommandHooks.toolClick)
-        chartCommandHooks.toolClick(this, chart_, p.x(), p.y());
+    if (!chartMouse.crosshairOn) ToolClick(*this, *chart_, p.x(), p.y());
+}
+
+void PriceChild::OpenChartMenu(int x, int y) {
+    // A right click first ends any crosshair or tool.
+    if (chartMouse.crosshairOn) unsetCursor();
+    CancelForChartMenu(*this, chartMouse);
+    const DataSource* source = SourceAt(chart_->sourceSlot);
+    const std::vector<MenuItem> items =
+        ChartMenuItems(*chart_, source ? source->rowCount : chart_->rowCount);
+    if (items.empty()) return;
+    QMenu menu(this);
+    std::size_t at = 0;
+    Chart* chart = chart_;
+    AddItems(&menu, items, at, [this, chart](int id) { ChartCommand(*this, *chart, id); });
+    openMenu_ = &menu;
+    menu.exec(mapToGlobal(QPoint(x, y)));
+    openMenu_ = nullptr;
 }
 
 void PriceChild::mouseMoveEvent(QMouseEvent* event) {
@@ -223,6 +331,7 @@ void PriceChild::mouseMoveEvent(QMouseEvent* event) {
     const QPoint p = event->position().toPoint();
     chartMouse.mouseX = p.x();
     chartMouse.mouseY = p.y();
+    ToolMouseMove(*this, *chart_, p.x(), p.y());
     if (!chartMouse.crosshairOn) return;
     if (!InPlot(p.x(), p.y())) {
         chartMouse.crosshairOn = 0;
@@ -231,6 +340,7 @@ void PriceChild::mouseMoveEvent(QMouseEvent* event) {
         Invalidate();
         return;
     }
+    EnsureBacking();
     const int oldX = chartMouse.hairX, oldY = chartMouse.hairY;
     const bool hadHairs = chartMouse.toolStep != 0;
     {

@@ -4,8 +4,10 @@
 // device into a backing image, keeps the crosshair by inversion, and opens
 // the handle menus.
 
+#include <QCursor>
 #include <QImage>
 
+#include "interaction/chart_window_port.h"
 #include "interaction/child_view.h"
 #include "rendering/price_paint.h"
 
@@ -13,17 +15,31 @@ class QMenu;
 
 namespace velorin {
 
-class PriceChild : public ChildView {
+class PriceChild : public ChildView, public ChartWindowPort {
     Q_OBJECT
   public:
     explicit PriceChild(Chart* chart, QWidget* parent = nullptr);
     ~PriceChild() override;
 
     // Repaints everything at the next paint.
-    void Invalidate();
+    void Invalidate() override;
+    void Command(int commandId) override;
+    void Deactivated() override;
+
+    // ChartWindowPort
+    WindowId Id() const override;
+    int Right() const override { return width(); }
+    int Bottom() const override { return height(); }
+    int LastBarX() const override { return lastBarX_; }
+    std::string Caption() const override;
+    void SetCaption(const std::string& caption) override;
+    void Capture(bool on) override;
+    void SetRingCursor() override;
+    void RestoreCursor() override;
+    void InvalidateReadout() override;
     const QImage& backing() const { return backing_; }
     const PaintResult& lastPaint() const { return lastPaint_; }
-    // The menu opened by the last handle click (tests close it).
+    // The menu opened by the last handle click or right click (tests close it).
     static QMenu* openMenu() { return openMenu_; }
 
   protected:
@@ -39,12 +55,18 @@ class PriceChild : public ChildView {
     void StartCrosshair();
     void EndCrosshair();
     void OpenHandleMenu(int x, int y);
+    void OpenChartMenu(int x, int y);
     void MinimiseTooSmall();
+    bool IsFrontChild() const;
+    // The image of the last paint, rendered now if it was let go.
+    void EnsureBacking();
 
     QImage backing_;
     bool dirty_ = true;
     bool readoutDirty_ = false;
     PaintResult lastPaint_;
+    int lastBarX_ = 0;
+    QCursor savedCursor_;
     static QMenu* openMenu_;
 };
 

@@ -13,18 +13,19 @@
 #include <cstring>
 #include <ctime>
 
+#include "chart_model/analysis_chart.h"
 #include "chart_model/price_chart.h"
 #include "interaction/child_view.h"
 #include "interaction/price_child.h"
 #include "market_data/connect.h"
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
+#include "rendering/palette.h"
+#include "resources/icons.h"
 #include "shell/core/frame_rules.h"
 #include "shell/core/shell_state.h"
 #include "shell/core/user_seam.h"
 #include "shell/qt/dialogs.h"
-#include "rendering/palette.h"
-#include "resources/icons.h"
 
 namespace velorin {
 
@@ -34,7 +35,9 @@ namespace {
 
 constexpr int FirstWindowListId = 559;
 
-void Inform(const char* text) { Seam().ShowMessage(text, "QDX-Velorin", MessageIcon::Information); }
+void Inform(const char* text) {
+    Seam().ShowMessage(text, "QDX-Velorin", MessageIcon::Information);
+}
 
 // F1 over an open menu chooses the highlighted entry.
 class MenuF1Filter final : public QObject {
@@ -87,7 +90,9 @@ void ArrangeIcons(QMdiArea* area) {
     }
 }
 
-ChildView* ViewOf(QMdiSubWindow* sub) { return sub ? qobject_cast<ChildView*>(sub->widget()) : nullptr; }
+ChildView* ViewOf(QMdiSubWindow* sub) {
+    return sub ? qobject_cast<ChildView*>(sub->widget()) : nullptr;
+}
 
 } // namespace
 
@@ -99,11 +104,29 @@ FrameWindow::FrameWindow(QWidget* parent) : QMainWindow(parent) {
     mdiClient_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mdiClient_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(mdiClient_);
+    // Only the window in front keeps its chart image between paints.
+    connect(mdiClient_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* now) {
+        if (lastActive_ && lastActive_ != now)
+            if (ChildView* view = ViewOf(lastActive_)) view->Deactivated();
+        lastActive_ = now;
+    });
     BuildMenus();
 
     windowHooks.createChild = &FrameWindow::CreateChild;
     deskHooks.menuStateChanged = [] {
         if (instance_) instance_->UpdateMenuState();
+    };
+    deskWindowHooks.activeChart = [](WindowId* windowOut) -> Chart* {
+        QMdiSubWindow* sub = instance_ ? instance_->FindActiveChild() : nullptr;
+        ChildView* view = ViewOf(sub);
+        if (windowOut) *windowOut = reinterpret_cast<WindowId>(sub);
+        return view ? view->chart() : nullptr;
+    };
+    deskWindowHooks.invalidate = [](WindowId window) {
+        if (!instance_) return;
+        for (QMdiSubWindow* sub : instance_->mdiClient_->subWindowList())
+            if (reinterpret_cast<WindowId>(sub) == window)
+                if (ChildView* view = ViewOf(sub)) view->Invalidate();
     };
 
     realTimeTimer_ = new QTimer(this);
@@ -122,6 +145,7 @@ FrameWindow::~FrameWindow() {
     DestroyFrame();
     if (windowHooks.createChild == &FrameWindow::CreateChild) windowHooks.createChild = nullptr;
     deskHooks.menuStateChanged = nullptr;
+    deskWindowHooks = {};
     if (instance_ == this) instance_ = nullptr;
     shell.frameExists = false;
 }
@@ -169,8 +193,7 @@ void FrameWindow::BuildMenus() {
         if (QAction* a = action(id)) a->setCheckable(true);
     // The Data Value item is checked while the option is 0.
     if (QAction* a = action(10505)) a->setChecked(shell.defaultFreePlaced == 0);
-    if (windowMenu_)
-        connect(windowMenu_, &QMenu::aboutToShow, this, &FrameWindow::FillWindowMenu);
+    if (windowMenu_) connect(windowMenu_, &QMenu::aboutToShow, this, &FrameWindow::FillWindowMenu);
 }
 
 void FrameWindow::FillWindowMenu() {
@@ -187,8 +210,8 @@ void FrameWindow::FillWindowMenu() {
     sep->setProperty("windowList", true);
     int n = 0;
     for (QMdiSubWindow* sub : subs) {
-        QAction* a = windowMenu_->addAction(
-            QStringLiteral("&%1 %2").arg(n + 1).arg(sub->windowTitle()));
+        QAction* a =
+            windowMenu_->addAction(QStringLiteral("&%1 %2").arg(n + 1).arg(sub->windowTitle()));
         a->setProperty("windowList", true);
         a->setData(FirstWindowListId + n);
         a->setCheckable(true);
@@ -212,7 +235,9 @@ void FrameWindow::SetGreyed(int id, bool greyed) {
     if (QAction* a = action(id)) a->setEnabled(!greyed);
 }
 
-void FrameWindow::UpdateMenuState() { velorin::UpdateMenuState(*this, shell.chartCount, nullptr, 0); }
+void FrameWindow::UpdateMenuState() {
+    velorin::UpdateMenuState(*this, shell.chartCount, nullptr, 0);
+}
 
 QMdiSubWindow* FrameWindow::FindActiveChild() const {
     const QList<QMdiSubWindow*> order = mdiClient_->subWindowList(QMdiArea::StackingOrder);
@@ -253,10 +278,7 @@ void FrameWindow::CloseAllChildren() {
 
 void FrameWindow::RepaintAllCharts() {
     for (QMdiSubWindow* sub : mdiClient_->subWindowList()) {
-        if (auto* chart = qobject_cast<PriceChild*>(sub->widget()))
-            chart->Invalidate();
-        else if (QWidget* w = sub->widget())
-            w->update();
+        if (ChildView* view = ViewOf(sub)) view->Invalidate();
     }
 }
 
@@ -265,8 +287,11 @@ WindowId FrameWindow::CreateChild(const ChildWindowRequest& request) {
     QMdiArea* area = instance_->mdiClient_;
     ChildView* view = nullptr;
     switch (request.windowClass) {
-    case WindowClass::PriceChild: view = new PriceChild(request.chart); break;
-    default: return 0; // the other window classes arrive with their charts
+    case WindowClass::PriceChild:
+        view = new PriceChild(request.chart);
+        break;
+    default:
+        return 0; // the other window classes arrive with their charts
     }
     auto* sub = new QMdiSubWindow;
     sub->setWidget(view);
@@ -371,8 +396,15 @@ void FrameWindow::FrameCommand(int id) {
     case 10506:
         toggle(id, shell.defaultExtended, true);
         break;
-    case 10508: case 10509: case 10510: case 10511: case 10512: case 10513: case 10514:
-    case 10515: case 10516:
+    case 10508:
+    case 10509:
+    case 10510:
+    case 10511:
+    case 10512:
+    case 10513:
+    case 10514:
+    case 10515:
+    case 10516:
         SetThickness(id);
         break;
     case 10507: // Default colours
@@ -395,9 +427,98 @@ void FrameWindow::FrameCommand(int id) {
     case 10701:
         RunAboutDialog(this);
         break;
+    case 10202:
+    case 10302: {
+        WaitCursor wait;
+        MakeAll(id == 10202);
+        break;
+    }
     default:
-        // Connect, Database, the layout, print and image commands, the
-        // analyses and the button-bar commands arrive with their subsystems.
+        if (id >= 10703 && id <= 10716) {
+            ButtonCommand(id);
+        } else if (const ChartKindInfo* kind = KindByCommand(id);
+                   kind && kind->windowClass == WindowClass::PriceChild &&
+                   kind->layout != LayoutPair) {
+            if (!ChartLimitOk()) return;
+            WaitCursor wait;
+            CreateAnalysisChart(kind->kindName);
+        }
+        // Connect, Database, the layout, print and image commands and the
+        // two-instrument analyses arrive with their subsystems.
+        break;
+    }
+}
+
+bool FrameWindow::ChartLimitOk() {
+    if (const char* m = ChartLimitMessage(shell.chartCount, shell.restoringLayout)) {
+        Seam().ShowMessage(m, ChartLimitCaption, MessageIcon::Information);
+        return false;
+    }
+    return true;
+}
+
+void FrameWindow::MakeAll(bool prices) {
+    if (!FindActiveChild()) return Inform("Non Existent Connection To Data source");
+    int count = 0;
+    const char* const* kinds = prices ? MakeAllPriceKinds(&count) : MakeAllVolumeKinds(&count);
+    for (int i = 0; i < count; ++i) {
+        if (!ChartLimitOk()) return;
+        if (CreateAnalysisChart(kinds[i]) != 1) return;
+    }
+    TileChildren(mdiClient_, true);
+}
+
+void FrameWindow::ButtonCommand(int id) {
+    if (id >= 10709 && id <= 10712) {
+        // The styles look at the window in front without the companion test.
+        ChildView* view = ViewOf(FindActiveChild());
+        Chart* chart = view ? view->chart() : nullptr;
+        if (!chart) return;
+        if (const char* m = StyleRefusal(id, chart->kind, chart->rowCount, chart->hasFullColumns))
+            return Inform(m);
+        ChartView& v = *chart->view;
+        v.showLine = id == 10709;
+        v.showHighLow = id == 10710;
+        v.showBar = id == 10711;
+        v.showCandle = id == 10712;
+        view->Invalidate();
+        return;
+    }
+    Chart* chart = RequireChart();
+    if (!chart) return;
+    ChildView* view = ViewOf(FindActiveChild());
+    if (const char* m = ChartCommandRefusal(id, chart->kind)) return Inform(m);
+    switch (id) {
+    case 10703:
+    case 10704:
+        chart->view->resolution = id == 10703 ? ZoomInResolution(chart->view->resolution)
+                                              : ZoomOutResolution(chart->view->resolution);
+        view->Invalidate();
+        break;
+    case 10705:
+        view->Command(20701);
+        break;
+    case 10706:
+        break; // the Data View arrives with its window
+    case 10707:
+        view->Command(20311);
+        break;
+    case 10708:
+        view->Command(20312);
+        break;
+    case 10713:
+        view->Command(20513);
+        break;
+    case 10714:
+        view->Command(20512);
+        break;
+    case 10715:
+        view->Command(20501);
+        break;
+    case 10716:
+        view->Command(20502);
+        break;
+    default:
         break;
     }
 }

@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QMainWindow>
+#include <QPointer>
 
 #include "chart_model/price_chart.h"
 #include "shell/core/menu_def.h"
@@ -61,11 +62,18 @@ class FrameWindow final : public QMainWindow, private MenuModel {
     void DestroyFrame();
     void ConnectDataFile();
     void SetThickness(int commandId);
+    // The chart limit, with its message when reached.
+    bool ChartLimitOk();
+    // The analyses of one Make All, tiled when all of them opened.
+    void MakeAll(bool prices);
+    // Commands only the button bar sends (10703 to 10716).
+    void ButtonCommand(int id);
     static WindowId CreateChild(const ChildWindowRequest& request);
 
     static FrameWindow* instance_;
     QMdiArea* mdiClient_ = nullptr;
     QMenu* windowMenu_ = nullptr;
+    QPointer<QMdiSubWindow> lastActive_;
     QHash<int, QAction*> actions_;
     QTimer* realTimeTimer_ = nullptr;
     QTimer* refetchTimer_ = nullptr;

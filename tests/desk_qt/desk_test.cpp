@@ -1,0 +1,280 @@
+// The desk driven headless: analysis commands of the frame, Make All, the
+// button-bar commands, and the chart window's mouse states, with every
+// message read from a recording seam.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QTest>
+#include <QTimer>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "interaction/price_child.h"
+#include "market_data/data_source.h"
+#include "market_data/date.h"
+#include "rendering/mouse_state.h"
+#include "rendering/scale.h"
+#include "shell/core/shell_state.h"
+#include "shell/core/working_blocks.h"
+#include "shell/qt/frame_window.h"
+#include "tests/support/recording_seam.h"
+
+namespace velorin {
+namespace {
+
+class Desk : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ResetProgramState();
+        ResetChartMouseState();
+        dateRules.todayDate = 50000;
+        ASSERT_TRUE(AllocateWorkingBlocks());
+        frame = new FrameWindow;
+        frame->resize(1400, 1000);
+        frame->show();
+        dir = std::filesystem::temp_directory_path() / "velorin_desk_test";
+        std::filesystem::create_directories(dir);
+    }
+    void TearDown() override {
+        frame->CloseAllChildren();
+        delete frame;
+        FreeWorkingBlocks();
+        ResetChartMouseState();
+        EXPECT_EQ(blockAllocator.liveBlocks, 0);
+    }
+
+    // Opens a data file of `rows` rows (six columns, or date and close).
+    void Open(int rows, bool sixColumns = true) {
+        const auto path = (dir / (sixColumns ? "ACME.PRC" : "BOND.PRC")).string();
+        std::ofstream out(path, std::ios::binary);
+        for (int r = 0; r < rows; ++r) {
+            const double c = 100 + 10 * ((r * 7) % 13) / 13.0 + r * 0.1;
+            out << 1 + (r / 28) % 12 << "/" << 1 + r % 28 << "/" << 1990 + r / 336 << "," << c;
+            if (sixColumns) out << "," << c - 1 << "," << c + 2 << "," << c - 2 << "," << 1000 + r;
+            out << "\r\n";
+        }
+        out.close();
+        seam.QueueFile(path);
+        frame->FrameCommand(10718);
+        ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
+    }
+
+    QMdiSubWindow* Top() const { return frame->mdiClient()->activeSubWindow(); }
+    PriceChild* TopChart() const { return qobject_cast<PriceChild*>(Top()->widget()); }
+    int Windows() const { return static_cast<int>(frame->mdiClient()->subWindowList().size()); }
+
+    // Shows the window's last paint now.
+    static void Paint(PriceChild* w) {
+        w->repaint();
+        QApplication::processEvents();
+    }
+
+    test_support::RecordingSeam seam;
+    FrameWindow* frame = nullptr;
+    std::filesystem::path dir;
+};
+
+TEST_F(Desk, AnalysisCommandsOpenTitledWindowsAndMakeAllTilesThem) {
+    Open(300);
+    frame->FrameCommand(10206); // Relative Strength Index
+    ASSERT_EQ(Windows(), 2);
+    EXPECT_TRUE(Top()->windowTitle().startsWith(QStringLiteral("RSI ACME ")));
+    EXPECT_EQ(shell.chartCount, 2);
+
+    frame->FrameCommand(10202); // Make All prices
+    EXPECT_EQ(seam.MessageCount(), 0u) << seam.LastText();
+    ASSERT_EQ(Windows(), 12);
+    EXPECT_EQ(seam.waitCursorDepth, 0);
+    // Tiled one above the other: full width, no overlap.
+    const QList<QMdiSubWindow*> subs = frame->mdiClient()->subWindowList();
+    const int width = frame->mdiClient()->viewport()->width();
+    for (QMdiSubWindow* s : subs) {
+        EXPECT_EQ(s->width(), width);
+        for (QMdiSubWindow* t : subs) {
+            if (s != t) {
+                EXPECT_FALSE(s->geometry().intersects(t->geometry()));
+            }
+        }
+    }
+    frame->FrameCommand(10302); // Make All volumes
+    EXPECT_EQ(Windows(), 15);
+    EXPECT_TRUE(Top()->windowTitle().startsWith(QStringLiteral("RVI ")));
+}
+
+TEST_F(Desk, MakeAllStopsAtTheFirstRefusalAndTheChartLimitHolds) {
+    Open(40); // too few rows for Stochastics, the last of the price run
+    frame->FrameCommand(10202);
+    EXPECT_EQ(Windows(), 10);
+    EXPECT_EQ(seam.Texts(),
+              (std::vector<std::string>{"Insufficient data for Stochastics Analysis"}));
+    seam.Clear();
+    shell.chartCount = 50;
+    frame->FrameCommand(10203);
+    ASSERT_EQ(seam.MessageCount(), 1u);
+    EXPECT_EQ(seam.messages[0].text, "Too Many Charts Open - Please close some charts");
+    EXPECT_EQ(seam.messages[0].caption, "QDX Velorin");
+    EXPECT_EQ(Windows(), 10);
+    shell.chartCount = 10;
+}
+
+TEST_F(Desk, TwoColumnSourcesHaveNoVolumeNorStylesButLines) {
+    Open(60, false);
+    frame->FrameCommand(10301);
+    EXPECT_EQ(seam.LastText(), "No Volume Data Available");
+    frame->FrameCommand(10712); // CandleStick
+    EXPECT_EQ(seam.LastText(), "Insufficient data");
+    EXPECT_EQ(Windows(), 1);
+}
+
+TEST_F(Desk, ButtonCommandsZoomStyleAndRefuseByKind) {
+    Open(120);
+    Chart* price = TopChart()->chart();
+    EXPECT_EQ(price->view->resolution, 4.0);
+    frame->FrameCommand(10703);
+    EXPECT_EQ(price->view->resolution, 8.0);
+    price->view->resolution = 0.5;
+    frame->FrameCommand(10703);
+    frame->FrameCommand(10703);
+    EXPECT_EQ(price->view->resolution, 0.25);
+    frame->FrameCommand(10712);
+    EXPECT_EQ(price->view->showCandle, 1);
+    EXPECT_EQ(price->view->showLine, 0);
+    frame->FrameCommand(10705); // Toggle Grid reaches the chart
+    EXPECT_EQ(price->view->gridOn, 0);
+
+    frame->FrameCommand(10206);
+    Chart* rsi = TopChart()->chart();
+    frame->FrameCommand(10711);
+    EXPECT_EQ(seam.LastText(), "Please Select Chart With Price Line");
+    frame->FrameCommand(10715);
+    EXPECT_EQ(seam.LastText(), "Drawing Trend not available for this chart");
+    frame->FrameCommand(10714); // a vertical line is allowed: the tool is armed
+    EXPECT_EQ(chartMouse.verticalTool, 1);
+    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Vertical Line: Select Point"));
+    EXPECT_EQ(rsi->view->showBar, 0);
+}
+
+TEST_F(Desk, HandleMenuThenCrosshairAlternate) {
+    Open(120);
+    PriceChild* w = TopChart();
+    w->chart()->showCurveHandles = 1;
+    w->Invalidate();
+    Paint(w);
+    const Region* handle = w->chart()->view->curveRegions[0];
+    ASSERT_NE(handle, nullptr);
+    const QPoint at((handle->box.left + handle->box.right) / 2,
+                    (handle->box.top + handle->box.bottom) / 2);
+
+    QStringList seen;
+    auto closeMenu = [&seen] {
+        if (QMenu* m = PriceChild::openMenu()) {
+            for (QAction* a : m->actions())
+                seen << a->text();
+            m->close();
+        }
+    };
+    QTimer::singleShot(0, closeMenu);
+    QTest::mousePress(w, Qt::LeftButton, {}, at);
+    EXPECT_EQ(seen.value(0), QStringLiteral("Data View ..."));
+    EXPECT_EQ(chartMouse.menuLatch, 1);
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+    QTest::mouseRelease(w, Qt::LeftButton, {}, at);
+
+    seen.clear();
+    QTest::mousePress(w, Qt::LeftButton, {}, at); // same handle: a crosshair now
+    EXPECT_TRUE(seen.isEmpty());
+    EXPECT_EQ(chartMouse.crosshairOn, 1);
+    QTest::mouseRelease(w, Qt::LeftButton, {}, at);
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+
+    QTimer::singleShot(0, closeMenu);
+    QTest::mousePress(w, Qt::LeftButton, {}, at); // and the menu again
+    EXPECT_FALSE(seen.isEmpty());
+    QTest::mouseRelease(w, Qt::LeftButton, {}, at);
+}
+
+TEST_F(Desk, CrosshairEndsAtTheRightLimitAndTheReadoutShortOfIt) {
+    Open(120);
+    PriceChild* w = TopChart();
+    Paint(w);
+    const int right = w->width(), y = w->height() / 2;
+    QTest::mousePress(w, Qt::LeftButton, {}, QPoint(ScaleWidth + 20, y));
+    ASSERT_EQ(chartMouse.crosshairOn, 1);
+
+    auto readoutInk = [w] {
+        int lit = 0;
+        const QImage& img = w->backing();
+        for (int yy = 0; yy < 13; ++yy)
+            for (int xx = 0; xx < 115; ++xx)
+                lit += (img.pixel(xx, yy) & 0xffffff) != 0;
+        return lit;
+    };
+    QTest::mouseMove(w, QPoint(right - 6, y));
+    QApplication::processEvents();
+    EXPECT_GT(readoutInk(), 0);
+    QTest::mouseMove(w, QPoint(right - 5, y));
+    QApplication::processEvents();
+    EXPECT_EQ(chartMouse.crosshairOn, 1);
+    EXPECT_EQ(readoutInk(), 0);
+    QTest::mouseMove(w, QPoint(right - 3, y));
+    EXPECT_EQ(chartMouse.crosshairOn, 1);
+    QTest::mouseMove(w, QPoint(right - 2, y));
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+    QTest::mouseRelease(w, Qt::LeftButton, {}, QPoint(right - 2, y));
+}
+
+TEST_F(Desk, ArmedToolPromptsAndARightClickCancelsIt) {
+    Open(120);
+    PriceChild* w = TopChart();
+    Paint(w);
+    const QString caption = Top()->windowTitle();
+    w->Command(20501);
+    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Trend Line: Select First Point"));
+    EXPECT_NE(w->cursor().shape(), Qt::ArrowCursor);
+    const int y = w->height() / 2;
+    QTest::mousePress(w, Qt::LeftButton, {}, QPoint(ScaleWidth + 40, y));
+    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Trend Line: Select Second Point"));
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+
+    QStringList top;
+    QTimer::singleShot(0, [&top] {
+        if (QMenu* m = PriceChild::openMenu()) {
+            for (QAction* a : m->actions())
+                top << a->text();
+            m->close();
+        }
+    });
+    QTest::mousePress(w, Qt::RightButton, {}, QPoint(ScaleWidth + 80, y));
+    EXPECT_EQ(top, (QStringList{QStringLiteral("Resolution"), QStringLiteral("Colour"),
+                                QStringLiteral("Draw"), QStringLiteral("Price Scale ..."),
+                                QStringLiteral("Data Source ...")}));
+    EXPECT_EQ(Top()->windowTitle(), caption);
+    EXPECT_EQ(chartMouse.trendTool, 0);
+    EXPECT_EQ(chartMouse.toolArmed, 0);
+    EXPECT_EQ(w->chart()->drawings->trendLines->inUse[0], 0);
+}
+
+TEST_F(Desk, AWindowUnderFiftyOnePixelsMinimisesItself) {
+    Open(120);
+    QMdiSubWindow* sub = Top();
+    PriceChild* w = TopChart();
+    sub->resize(400, sub->height() - w->height() + 50);
+    ASSERT_EQ(w->height(), 50);
+    Paint(w);
+    QTRY_VERIFY_WITH_TIMEOUT(sub->isMinimized(), 2000);
+}
+
+} // namespace
+} // namespace velorin
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
