@@ -15,6 +15,7 @@
 
 #include "chart_model/analysis_chart.h"
 #include "chart_model/price_chart.h"
+#include "interaction/chart_window_port.h"
 #include "interaction/child_view.h"
 #include "interaction/price_child.h"
 #include "market_data/connect.h"
@@ -122,6 +123,9 @@ FrameWindow::FrameWindow(QWidget* parent) : QMainWindow(parent) {
         if (windowOut) *windowOut = reinterpret_cast<WindowId>(sub);
         return view ? view->chart() : nullptr;
     };
+    chartActionHooks.repaintAllCharts = [] {
+        if (instance_) instance_->RepaintAllCharts();
+    };
     deskWindowHooks.invalidate = [](WindowId window) {
         if (!instance_) return;
         for (QMdiSubWindow* sub : instance_->mdiClient_->subWindowList())
@@ -146,6 +150,7 @@ FrameWindow::~FrameWindow() {
     if (windowHooks.createChild == &FrameWindow::CreateChild) windowHooks.createChild = nullptr;
     deskHooks.menuStateChanged = nullptr;
     deskWindowHooks = {};
+    chartActionHooks.repaintAllCharts = nullptr;
     if (instance_ == this) instance_ = nullptr;
     shell.frameExists = false;
 }

@@ -259,6 +259,31 @@ TEST_F(Desk, ArmedToolPromptsAndARightClickCancelsIt) {
     EXPECT_EQ(w->chart()->drawings->trendLines->inUse[0], 0);
 }
 
+TEST_F(Desk, AColourChangeRepaintsEveryChart) {
+    Open(120);
+    frame->FrameCommand(10206);
+    PriceChild* rsi = TopChart();
+    Paint(rsi);
+    PriceChild* price =
+        qobject_cast<PriceChild*>(frame->mdiClient()->subWindowList().first()->widget());
+    frame->mdiClient()->setActiveSubWindow(frame->mdiClient()->subWindowList().first());
+    Paint(price);
+    seam.QueueColour(0xff0000);
+    price->Command(20520); // Grid ...
+    ASSERT_EQ(seam.colourRequests.size(), 1u);
+    auto hasRed = [](const QImage& img) {
+        for (int y = 0; y < img.height(); y += 2)
+            for (int x = 0; x < img.width(); x += 2)
+                if ((img.pixel(x, y) & 0xffffff) == 0xff0000) return true;
+        return false;
+    };
+    Paint(price);
+    EXPECT_TRUE(hasRed(price->backing()));
+    frame->mdiClient()->setActiveSubWindow(frame->mdiClient()->subWindowList().last());
+    Paint(rsi);
+    EXPECT_TRUE(hasRed(rsi->backing()));
+}
+
 TEST_F(Desk, AWindowUnderFiftyOnePixelsMinimisesItself) {
     Open(120);
     QMdiSubWindow* sub = Top();
