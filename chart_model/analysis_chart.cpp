@@ -12,6 +12,7 @@
 #include "analysis/trend.h"
 #include "analysis/two_series.h"
 #include "analysis/volume.h"
+#include "chart_model/layout_hooks.h"
 #include "chart_model/price_chart.h"
 #include "market_data/data_source.h"
 #include "shell/core/shell_state.h"
@@ -84,6 +85,37 @@ void SetDefaultParameters(Chart& chart) {
         chart.smoothing[2] = DefaultMacdSignalSmoothing;
     } else if (!Is(k, "Swing Charting")) {
         period[1] = 14;
+    }
+}
+
+// The stored parameters of a layout row over the defaults: whole periods
+// for the period kinds, the fractions as they are for "ESMA" and "MACD".
+// "Trend", "Fibonacci" and "Predictor" keep what the defaults gave them.
+void RestoredParameters(Chart& chart, int row) {
+    if (!chart.analysisParams || !layoutRestoreHooks.rowParameters) return;
+    double p[3] = {0.0, 0.0, 0.0};
+    layoutRestoreHooks.rowParameters(row, &p[0], &p[1], &p[2]);
+    std::int32_t* period = chart.analysisParams->period;
+    const char* k = chart.kindName;
+    if (Is(k, "Trend") || Is(k, "Fibonacci") || Is(k, "Predictor") || Is(k, "Swing Charting"))
+        return;
+    if (Is(k, "ESMA")) {
+        chart.smoothing[0] = p[0];
+    } else if (Is(k, "MACD")) {
+        for (int i = 0; i < 3; ++i)
+            chart.smoothing[i] = p[i];
+    } else if (Is(k, "Stochastics")) {
+        // The third stored value fills the fourth period; the third
+        // period follows the first.
+        period[1] = static_cast<std::int32_t>(p[0]);
+        period[2] = static_cast<std::int32_t>(p[1]);
+        period[4] = static_cast<std::int32_t>(p[2]);
+        period[3] = period[1];
+    } else if (Is(k, "RMA") || Is(k, "Stdev")) {
+        for (int i = 0; i < 3; ++i)
+            period[i + 1] = static_cast<std::int32_t>(p[i]);
+    } else {
+        period[1] = static_cast<std::int32_t>(p[0]);
     }
 }
 
@@ -247,10 +279,19 @@ int CreateAnalysisChart(const char* kindName) {
     std::snprintf(chart->kindName, sizeof chart->kindName, "%s", kindName);
 
     // A new chart borrows the source and the look of the one in front; it
-    // never links back to it.
+    // never links back to it. A layout being restored names its own source,
+    // view and drawn objects.
+    const bool restoring = shell.restoringLayout != 0;
+    const int row = chartDefaults.layoutRowIndex;
+    if (restoring && chartDefaults.reuseSource) {
+        chart->connectionId = chartDefaults.reuseConnectionId;
+        chart->sourceSlot = chartDefaults.reuseSlot;
+        source = SourceAt(chart->sourceSlot);
+    } else {
+        chart->connectionId = from->connectionId;
+        chart->sourceSlot = from->sourceSlot;
+    }
     chart->rowCount = source ? source->rowCount : 0;
-    chart->connectionId = from->connectionId;
-    chart->sourceSlot = from->sourceSlot;
     chart->secondSourceSlot = -1;
     std::memcpy(chart->chartTitle, from->chartTitle, sizeof chart->chartTitle);
     chart->hasFullColumns = from->hasFullColumns;
@@ -262,7 +303,15 @@ int CreateAnalysisChart(const char* kindName) {
     chart->priceScaleDenominator = 1;
     ChartView& view = *chart->view;
     view.gridOn = from->view->gridOn;
-    if (shell.batchRunning) {
+    if (restoring) {
+        if (layoutRestoreHooks.rowPriceScale)
+            chart->priceScaleDenominator = layoutRestoreHooks.rowPriceScale(row);
+        chart->anchorsPending = 1;
+        if (layoutRestoreHooks.copyDrawnObjects) layoutRestoreHooks.copyDrawnObjects(row, chart);
+        if (layoutRestoreHooks.rowView) layoutRestoreHooks.rowView(row, &view);
+        chart->predictorShort = 1;
+        chart->predictorMedium = chart->predictorLong = 0;
+    } else if (shell.batchRunning) {
         view.showLine = chartDefaults.defaultShowLine;
         view.showBar = chartDefaults.defaultShowBar;
         view.showCandle = chartDefaults.defaultShowCandle;
@@ -288,6 +337,7 @@ int CreateAnalysisChart(const char* kindName) {
     }
 
     SetDefaultParameters(*chart);
+    if (restoring) RestoredParameters(*chart, row);
     chart->kind = info->kind;
     if (chart->fibonacciExtra) {
         chart->fibonacciExtra->fibonacciLines = 0;
@@ -309,6 +359,12 @@ int CreateAnalysisChart(const char* kindName) {
                                0,
                                0,
                                false};
+    if (restoring) {
+        request.placement = WindowPlacement::Given;
+        if (layoutRestoreHooks.rowRectangle)
+            layoutRestoreHooks.rowRectangle(row, &request.x, &request.y, &request.width,
+                                            &request.height);
+    }
     const WindowId window = windowHooks.createChild ? windowHooks.createChild(request) : 0;
     if (!window) {
         SayUnlessBatch("Unable to create Window - Please close some", AppCaption);

@@ -9,6 +9,7 @@
 #include "analysis/moving_averages.h"
 #include "analysis/oscillators.h"
 #include "chart_model/analysis_chart.h"
+#include "chart_model/layout_hooks.h"
 #include "chart_model/price_chart.h"
 #include "market_data/data_source.h"
 #include "shell/core/shell_state.h"
@@ -218,6 +219,43 @@ TEST_F(AnalysisCharts, BatchRunsTakeTheDefaultLookAndPredictorTheSourceTerm) {
     EXPECT_EQ(made.back()->view->resolution, 2.0);
     EXPECT_EQ(made.back()->view->showCandle, 1);
     EXPECT_EQ(made.back()->view->showLine, 0);
+}
+
+TEST_F(AnalysisCharts, ARestoredLayoutRowGivesParametersRectangleAndObjects) {
+    PriceChartOf(300);
+    front->predictorMedium = 1;
+    front->predictorShort = 0;
+    shell.restoringLayout = 1;
+    layoutRestoreHooks.rowParameters = [](int, double* a, double* b, double* c) {
+        *a = 9.7;
+        *b = 3.2;
+        *c = 9.0; // the writer stores the third period, which equals the first
+    };
+    layoutRestoreHooks.rowRectangle = [](int, int* x, int* y, int* w, int* h) {
+        *x = 10, *y = 20, *w = 300, *h = 200;
+    };
+    layoutRestoreHooks.rowPriceScale = [](int) { return 32; };
+    static ChildWindowRequest seen{};
+    windowHooks.createChild = [](const ChildWindowRequest& r) -> WindowId {
+        made.push_back(r.chart);
+        seen = r;
+        return 5;
+    };
+    ASSERT_EQ(CreateAnalysisChart("Stochastics"), 1);
+    const Chart& st = *made.back();
+    EXPECT_EQ(st.analysisParams->period[1], 9);
+    EXPECT_EQ(st.analysisParams->period[2], 3);
+    EXPECT_EQ(st.analysisParams->period[3], 9);
+    EXPECT_EQ(st.analysisParams->period[4], 9); // not 21 any more
+    EXPECT_EQ(st.priceScaleDenominator, 32);
+    EXPECT_EQ(st.anchorsPending, 1);
+    EXPECT_EQ(st.predictorShort, 1);
+    EXPECT_EQ(seen.placement, WindowPlacement::Given);
+    EXPECT_EQ(seen.width, 300);
+    ASSERT_EQ(CreateAnalysisChart("MACD"), 1);
+    EXPECT_EQ(made.back()->smoothing[0], 9.7);
+    EXPECT_EQ(made.back()->smoothing[2], 9.0);
+    layoutRestoreHooks = {};
 }
 
 TEST_F(AnalysisCharts, RecomputeRefreshesTheTitleBySplittingTheCaption) {
