@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cstring>
+
+#include "interaction/menu_items.h"
 #include <initializer_list>
 
 namespace velorin {
 namespace {
+
+using namespace menu_items;
 
 struct ResolutionStep {
     const char* text;
@@ -18,29 +22,6 @@ constexpr ResolutionStep resolutionSteps[] = {
     {"x 2", 20304, 2.0},    {"x 4", 20305, 4.0},   {"x 8", 20306, 8.0},
     {"x 16", 20307, 16.0},  {"x 25", 20308, 25.0}, {"x 50", 20309, 50.0},
 };
-
-bool Is(const Chart& chart, const char* name) {
-    return std::strcmp(chart.kindName, name) == 0;
-}
-
-bool IsAnyOf(const Chart& chart, std::initializer_list<const char*> names) {
-    for (const char* n : names)
-        if (Is(chart, n)) return true;
-    return false;
-}
-
-MenuItem Item(const char* text, int id, bool checked = false) {
-    return {text, id, checked, false, 0, false};
-}
-MenuItem Separator() {
-    return {nullptr, 0, false, false, 0, false};
-}
-MenuItem Submenu(const char* text) {
-    return {text, 0, false, false, 1, false};
-}
-MenuItem EndSubmenu() {
-    return {nullptr, 0, false, false, 0, true};
-}
 
 } // namespace
 

@@ -2,31 +2,12 @@
 
 #include <cstring>
 
+#include "interaction/menu_items.h"
+
 namespace velorin {
 namespace {
 
-bool Is(const Chart& chart, const char* name) {
-    return std::strcmp(chart.kindName, name) == 0;
-}
-
-bool IsAnyOf(const Chart& chart, std::initializer_list<const char*> names) {
-    for (const char* n : names)
-        if (Is(chart, n)) return true;
-    return false;
-}
-
-MenuItem Item(const char* text, int id, bool checked = false) {
-    return {text, id, checked, false, 0, false};
-}
-MenuItem Separator() {
-    return {nullptr, 0, false, false, 0, false};
-}
-MenuItem Submenu(const char* text) {
-    return {text, 0, false, false, 1, false};
-}
-MenuItem EndSubmenu() {
-    return {nullptr, 0, false, false, 0, true};
-}
+using namespace menu_items;
 
 bool PeriodExcluded(const Chart& chart, int slot) {
     if (slot == 3)

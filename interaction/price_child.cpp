@@ -278,13 +278,7 @@ void PriceChild::OpenHandleMenu(int x, int y) {
     }
     repaint();
     chartMouse.menuLatch = 1;
-    QMenu menu(this);
-    std::size_t at = 0;
-    Chart* chart = chart_;
-    AddItems(&menu, items, at, [this, chart](int id) { ChartCommand(*this, *chart, id); });
-    openMenu_ = &menu;
-    menu.exec(mapToGlobal(QPoint(x, y)));
-    openMenu_ = nullptr;
+    RunMenu(items, x, y);
     Invalidate();
 }
 
@@ -309,6 +303,16 @@ void PriceChild::mousePressEvent(QMouseEvent* event) {
     if (!chartMouse.crosshairOn) ToolClick(*this, *chart_, p.x(), p.y());
 }
 
+void PriceChild::RunMenu(const std::vector<MenuItem>& items, int x, int y) {
+    QMenu menu(this);
+    std::size_t at = 0;
+    Chart* chart = chart_;
+    AddItems(&menu, items, at, [this, chart](int id) { ChartCommand(*this, *chart, id); });
+    openMenu_ = &menu;
+    menu.exec(mapToGlobal(QPoint(x, y)));
+    openMenu_ = nullptr;
+}
+
 void PriceChild::OpenChartMenu(int x, int y) {
     // A right click first ends any crosshair or tool.
     if (chartMouse.crosshairOn) unsetCursor();
@@ -317,13 +321,7 @@ void PriceChild::OpenChartMenu(int x, int y) {
     const std::vector<MenuItem> items =
         ChartMenuItems(*chart_, source ? source->rowCount : chart_->rowCount);
     if (items.empty()) return;
-    QMenu menu(this);
-    std::size_t at = 0;
-    Chart* chart = chart_;
-    AddItems(&menu, items, at, [this, chart](int id) { ChartCommand(*this, *chart, id); });
-    openMenu_ = &menu;
-    menu.exec(mapToGlobal(QPoint(x, y)));
-    openMenu_ = nullptr;
+    RunMenu(items, x, y);
 }
 
 void PriceChild::mouseMoveEvent(QMouseEvent* event) {

@@ -9,6 +9,7 @@
 
 #include "interaction/chart_window_port.h"
 #include "interaction/child_view.h"
+#include "interaction/handle_menu.h"
 #include "rendering/price_paint.h"
 
 class QMenu;
@@ -56,6 +57,8 @@ class PriceChild : public ChildView, public ChartWindowPort {
     void EndCrosshair();
     void OpenHandleMenu(int x, int y);
     void OpenChartMenu(int x, int y);
+    // Shows a popup menu at (x, y); its commands go to ChartCommand.
+    void RunMenu(const std::vector<MenuItem>& items, int x, int y);
     void MinimiseTooSmall();
     bool IsFrontChild() const;
     // The image of the last paint, rendered now if it was let go.
