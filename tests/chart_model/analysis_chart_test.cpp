@@ -190,19 +190,6 @@ TEST_F(AnalysisCharts, AnAnalysisOfAnAnalysisReadsTheSourceClose) {
     EXPECT_EQ(Refs(), 3);
 }
 
-TEST_F(AnalysisCharts, StochasticsSmoothsItsThirdCurveWithTheFirstPeriod) {
-    PriceChartOf(200);
-    ASSERT_EQ(CreateAnalysisChart("Stochastics"), 1);
-    Chart& st = *made.back();
-    st.analysisParams->period[3] = 40; // not used by the engine run
-    std::vector<double> a(MaxRows), b(MaxRows), c(MaxRows), d(MaxRows);
-    ComputeStochastics(SourceAt(st.sourceSlot)->columns->close, a.data(), b.data(), c.data(),
-                       d.data(), 200, 14, 5, 14, 21);
-    RunChartEngines(st);
-    for (int r = 0; r < 200; ++r)
-        ASSERT_EQ(st.modelSeries->slot[2][r], c[static_cast<std::size_t>(r)]) << r;
-}
-
 TEST_F(AnalysisCharts, BatchRunsTakeTheDefaultLookAndPredictorTheSourceTerm) {
     Chart* price = PriceChartOf(300);
     price->view->resolution = 8.0;

@@ -122,15 +122,6 @@ TEST_F(Desk, MakeAllStopsAtTheFirstRefusalAndTheChartLimitHolds) {
     shell.chartCount = 10;
 }
 
-TEST_F(Desk, TwoColumnSourcesHaveNoVolumeNorStylesButLines) {
-    Open(60, false);
-    frame->FrameCommand(10301);
-    EXPECT_EQ(seam.LastText(), "No Volume Data Available");
-    frame->FrameCommand(10712); // CandleStick
-    EXPECT_EQ(seam.LastText(), "Insufficient data");
-    EXPECT_EQ(Windows(), 1);
-}
-
 TEST_F(Desk, ButtonCommandsZoomStyleAndRefuseByKind) {
     Open(120);
     Chart* price = TopChart()->chart();
