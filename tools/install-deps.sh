@@ -9,4 +9,5 @@ apt-get install -y -qq --no-install-recommends \
   libgtest-dev libgmock-dev libbenchmark-dev \
   clang libclang-rt-14-dev \
   libqcustomplot-dev libqcustomplot2.1-qt6 \
+  fonts-liberation2 \
   xvfb xauth x11-utils imagemagick xdotool >/dev/null

@@ -52,8 +52,41 @@ QRect Normalised(int left, int top, int right, int bottom) {
     return QRect(QPoint(left, top), QPoint(right - 1, bottom - 1));
 }
 
-// Fonts and their metrics are looked up once per face and height for the
-// whole run: the font mapper is slow, and a crosshair move makes a device
+// A face the system lacks is mapped the way a font mapper would: the
+// Times-like faces to a serif of the same metrics (Liberation Serif, which
+// fonts-liberation2 installs), then to any Times-metric serif.
+QFont FontOfFace(const std::string& face) {
+    const QString family = QString::fromLatin1(face.data(), static_cast<qsizetype>(face.size()));
+    QFont font(family);
+    if (family.contains(QLatin1String("Times"), Qt::CaseInsensitive)) {
+        font.setFamilies({family, QStringLiteral("Liberation Serif"),
+                          QStringLiteral("Times New Roman"), QStringLiteral("Nimbus Roman"),
+                          QStringLiteral("DejaVu Serif")});
+        font.setStyleHint(QFont::Serif);
+    }
+    return font;
+}
+
+int CellHeight(QFont font, int pixelSize) {
+    font.setPixelSize(pixelSize);
+    const QFontMetrics metrics(font);
+    return metrics.ascent() + metrics.descent();
+}
+
+// A font's height is its whole character cell, ascent plus descent, not
+// its em size: the largest pixel size whose cell does not pass `cell`
+// (hinting moves the cell in steps, so it may fall short by a pixel).
+int PixelSizeForCell(const QFont& font, int cell) {
+    int size = cell; // the cell is at least the em size for ordinary faces
+    while (size > 1 && CellHeight(font, size) > cell)
+        --size;
+    while (size < 2 * cell && CellHeight(font, size + 1) <= cell)
+        ++size;
+    return size;
+}
+
+// Fonts and their metrics are looked up once per face, height and weight for
+// the whole run: the font mapper is slow, and a crosshair move makes a device
 // for every mouse message.
 struct CachedFont {
     QFont font;
@@ -66,18 +99,9 @@ const CachedFont& FontFor(const std::string& face, int height, int weight) {
     auto it = cache.find(key);
     if (it == cache.end()) {
         CachedFont entry;
-        const QString family = QString::fromLatin1(face.data(), static_cast<qsizetype>(face.size()));
-        entry.font = QFont(family);
-        // A face the system lacks is mapped the way a font mapper would:
-        // the Times-like faces to a Times-metric serif where one exists.
-        if (family.contains(QLatin1String("Times"), Qt::CaseInsensitive)) {
-            entry.font.setFamilies({family, QStringLiteral("Times New Roman"),
-                                    QStringLiteral("Nimbus Roman"), QStringLiteral("Liberation Serif"),
-                                    QStringLiteral("DejaVu Serif")});
-            entry.font.setStyleHint(QFont::Serif);
-        }
-        entry.font.setPixelSize(height > 0 ? height : 12);
+        entry.font = FontOfFace(face);
         entry.font.setWeight(weight >= 700 ? QFont::Bold : QFont::Normal);
+        entry.font.setPixelSize(PixelSizeForCell(entry.font, height > 0 ? height : 12));
         entry.metrics = std::make_unique<QFontMetrics>(entry.font);
         it = cache.emplace(std::move(key), std::move(entry)).first;
     }
@@ -178,9 +202,12 @@ void QtDrawDevice::ApplyBrush(const Brush& brush) {
 
 void QtDrawDevice::SetFont(const Font& font) {
     const char* face = font.face ? font.face : "";
-    if (fontApplied_ && fontFace_ == face && fontHeight_ == font.height) return;
+    if (fontApplied_ && fontFace_ == face && fontHeight_ == font.height &&
+        fontWeight_ == font.weight)
+        return;
     fontFace_ = face;
     fontHeight_ = font.height;
+    fontWeight_ = font.weight;
     const CachedFont& cached = FontFor(fontFace_, font.height, font.weight);
     painter_.setFont(cached.font);
     metrics_ = cached.metrics.get();

@@ -64,7 +64,8 @@ class QtDrawDevice final : public DrawDevice {
     Brush painterBrush_;
     const QFontMetrics* metrics_ = nullptr;
     std::string fontFace_;
-    int fontHeight_ = 0;
+    int fontHeight_ = 0; // cell height in pixels
+    int fontWeight_ = 400;
     bool fontApplied_ = false;
     Colour textColour_ = 0xFFFFFF;
     Colour textBackground_ = 0;
