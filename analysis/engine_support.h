@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "market_data/series.h"
+#include "base/series.h"
 
 namespace velorin::detail {
 

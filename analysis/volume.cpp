@@ -1,6 +1,6 @@
 #include "analysis/volume.h"
 
-#include "market_data/series.h"
+#include "base/series.h"
 
 namespace velorin {
 

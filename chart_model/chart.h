@@ -1,17 +1,18 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
-// The chart record every MDI child owns, its blocks, and the table of kinds.
+// The chart record every MDI child owns and its blocks; the kinds are in
+// chart_kinds.h.
 
 #include <cstdint>
 
+#include "base/series.h"
+#include "chart_model/chart_kinds.h"
 #include "chart_model/region.h"
 #include "market_data/block.h"
-#include "market_data/series.h"
 
 namespace velorin {
 
-inline constexpr int MaxDrawnObjects = 9;   // of each kind, per chart
-inline constexpr int CurveSlotCount = 15;   // entries of ChartView::curveRegions
+inline constexpr int MaxDrawnObjects = 9; // of each kind, per chart
+inline constexpr int CurveSlotCount = 15; // entries of ChartView::curveRegions
 inline constexpr int ModelSlotCount = 7;
 inline constexpr int ChartBlockCount = 29;
 
@@ -178,34 +179,6 @@ struct Chart {
     WindowId dataViewWindow;
     WindowId levelsViewWindow;
 };
-
-// Block layouts given to NewChart.
-enum ChartLayout : int {
-    LayoutPlain = 0,     // no model series
-    LayoutOneCurve = 1,  // one model series
-    LayoutThreeCurves = 2,
-    LayoutFourCurves = 3,
-    LayoutFibonacci = 4, // seven series and the envelopes
-    LayoutPair = 5,      // one series and the common rows of two sources
-    LayoutCompanion = 6, // Data View and Levels View: view only
-};
-
-enum class WindowClass { PriceChild, CorrChild, OverlayChild, DataView, ResView };
-
-struct ChartKindInfo {
-    int kind;
-    const char* kindName;
-    int commandId; // 0: reached from the chart context menu only
-    WindowClass windowClass;
-    int layout;
-};
-
-// The table of kinds, in the order of kind ids.
-const ChartKindInfo* ChartKinds(int* count);
-// Lookups; nullptr when unknown.
-const ChartKindInfo* KindByName(const char* kindName);
-const ChartKindInfo* KindById(int kind);
-const ChartKindInfo* KindByCommand(int commandId);
 
 // A zeroed chart with its view and the blocks of `layout`; nullptr on any
 // failure, with everything released.

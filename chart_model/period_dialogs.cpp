@@ -13,8 +13,9 @@
 
 #include "analysis/fibonacci.h"
 #include "market_data/data_source.h"
-#include "market_data/series.h"
-#include "shell/core/user_seam.h"
+#include "base/series.h"
+#include "base/user_seam.h"
+#include "resources/command_ids.h"
 
 namespace velorin {
 namespace {
@@ -184,16 +185,16 @@ int RunPeriodDialog(Chart& chart, int selectedCurve) {
     dialog.title = "Period";
     switch (rule) {
     case PeriodRule::Smoothing:
-        dialog.fields.push_back(
-            Field(20201, "", "GREEN", FormatFixed(chart.smoothing[0], 3, 5), FractionList()));
+        dialog.fields.push_back(Field(cmd::PeriodField, "", "GREEN",
+                                      FormatFixed(chart.smoothing[0], 3, 5), FractionList()));
         break;
     case PeriodRule::LongWindow:
         dialog.fields.push_back(
-            Field(20201, "", "GREEN", FormatInt(periods[1]), WholeNumberList(10, 1000)));
+            Field(cmd::PeriodField, "", "GREEN", FormatInt(periods[1]), WholeNumberList(10, 1000)));
         break;
     default:
-        dialog.fields.push_back(
-            Field(20201, "", "GREEN", FormatInt(periods[selectedCurve]), WholeNumberList(2, 200)));
+        dialog.fields.push_back(Field(cmd::PeriodField, "", "GREEN",
+                                      FormatInt(periods[selectedCurve]), WholeNumberList(2, 200)));
         break;
     }
 
@@ -229,12 +230,12 @@ int RunPeriodThreeDialog(Chart& chart) {
     ComboDialog dialog;
     dialog.name = "PERIODTHREE";
     dialog.title = "Periods";
-    dialog.fields.push_back(
-        Field(20215, "Short Term", "RED", FormatFixed(chart.smoothing[1], 3, 5), FractionList()));
-    dialog.fields.push_back(
-        Field(20216, "Long Term", "GREEN", FormatFixed(chart.smoothing[0], 3, 5), FractionList()));
-    dialog.fields.push_back(
-        Field(20217, "Signal", "YELLOW", FormatFixed(chart.smoothing[2], 3, 5), FractionList()));
+    dialog.fields.push_back(Field(cmd::ShortTermField, "Short Term", "RED",
+                                  FormatFixed(chart.smoothing[1], 3, 5), FractionList()));
+    dialog.fields.push_back(Field(cmd::LongTermField, "Long Term", "GREEN",
+                                  FormatFixed(chart.smoothing[0], 3, 5), FractionList()));
+    dialog.fields.push_back(Field(cmd::SignalField, "Signal", "YELLOW",
+                                  FormatFixed(chart.smoothing[2], 3, 5), FractionList()));
 
     if (Seam().RunComboDialog(dialog) != 0) return 1;
     if (dialog.fields.size() != 3) return 0;
@@ -260,8 +261,8 @@ int RunFracDialog(Chart& chart) {
     ComboDialog dialog;
     dialog.name = "FRAC";
     dialog.title = "Price Scale";
-    dialog.fields.push_back(
-        Field(20218, "", "GREEN", FormatInt(chart.priceScaleDenominator), std::move(list)));
+    dialog.fields.push_back(Field(cmd::FracField, "", "GREEN",
+                                  FormatInt(chart.priceScaleDenominator), std::move(list)));
 
     if (Seam().RunComboDialog(dialog) != 0) return 1;
     // Whatever is not one of the listed denominators means a decimal scale.

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The period and scale dialogs of analysis charts: "Period", "Periods" and
 // "Price Scale", and the read-only "Fibonacci" levels. They only write into
 // the chart record; the caller recomputes after OK.

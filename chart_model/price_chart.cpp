@@ -3,16 +3,13 @@
 #include <cstdio>
 #include <cstring>
 
-#include "chart_model/layout_hooks.h"
+#include "chart_model/desk.h"
 #include "market_data/data_source.h"
-#include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
+#include "base/user_seam.h"
 
 namespace velorin {
 
 ChartDefaults chartDefaults;
-WindowHooks windowHooks;
-LayoutRestoreHooks layoutRestoreHooks;
 
 void ResetChartDefaults() {
     std::memset(&chartDefaults, 0, sizeof chartDefaults);
@@ -50,8 +47,8 @@ void Format(char* out, std::size_t size, const char* format, Args... args) {
     if (written < 0) out[0] = '\0';
 }
 
-void ShowUnlessBatch(const char* text) {
-    if (!shell.batchRunning) Seam().ShowMessage(text, "QDX-Velorin", MessageIcon::Information);
+void ShowUnless(bool batch, const char* text) {
+    if (!batch) Seam().ShowMessage(text, "QDX-Velorin", MessageIcon::Information);
 }
 
 } // namespace
@@ -65,7 +62,7 @@ void InstrumentName(const char* topic, const char* item, char* out, int outSize)
     if (!NthPiece(rest, " \t,", 0, out, outSize)) out[0] = '\0';
 }
 
-int CreatePriceChart(const char* kindName, int role) {
+int CreatePriceChart(const char* kindName, int role, const CreationMode& mode) {
     const ConnectionSelection& sel = marketData.selection;
     if (role == 0)
         chartDefaults.batchFirstChart = 0;
@@ -74,7 +71,7 @@ int CreatePriceChart(const char* kindName, int role) {
 
     Chart* chart = NewChart(LayoutPlain);
     if (!chart) {
-        ShowUnlessBatch("Memory Allocation For New Window failed - Please close some windows");
+        ShowUnless(mode.batch(), "Memory Allocation For New Window failed - Please close some windows");
         FreeDataSource(marketData.nextSourceSlot);
         return 0;
     }
@@ -83,7 +80,7 @@ int CreatePriceChart(const char* kindName, int role) {
         chart->connectionId = IsDataFileOrDatabase(sel.currentSource)
                                   ? -(marketData.nextSourceSlot + 1)
                                   : marketData.liveConversation;
-        chart->sourceSlot = marketData.nextSourceSlot++;
+        chart->sourceSlot = ClaimSourceSlot();
     } else {
         chart->connectionId = chartDefaults.reuseConnectionId;
         chart->sourceSlot = chartDefaults.reuseSlot;
@@ -96,9 +93,9 @@ int CreatePriceChart(const char* kindName, int role) {
     const int rows = source ? source->rowCount : 0;
     const bool tick = source && source->tick;
     ChartView& view = *chart->view;
-    if (shell.restoringLayout && layoutRestoreHooks.rowResolution)
-        view.resolution = layoutRestoreHooks.rowResolution(chartDefaults.layoutRowIndex);
-    else if (shell.batchRunning)
+    if (mode.restoring())
+        view.resolution = mode.layout->Resolution(mode.layoutRow);
+    else if (mode.batch())
         view.resolution = chartDefaults.defaultResolution;
     else
         view.resolution = (!tick && rows > 24) ? 4.0 : 50.0;
@@ -142,22 +139,20 @@ int CreatePriceChart(const char* kindName, int role) {
 
     ChildWindowRequest request{chart, WindowClass::PriceChild, chart->windowCaption,
                                WindowPlacement::SystemDefault, 0, 0, 0, 0, false};
-    if (shell.restoringLayout) {
+    if (mode.restoring()) {
         request.placement = WindowPlacement::Given;
         request.hidden = true;
         chart->anchorsPending = 1;
-        if (layoutRestoreHooks.rowRectangle)
-            layoutRestoreHooks.rowRectangle(chartDefaults.layoutRowIndex, &request.x, &request.y,
-                                            &request.width, &request.height);
-        if (layoutRestoreHooks.copyDrawnObjects)
-            layoutRestoreHooks.copyDrawnObjects(chartDefaults.layoutRowIndex, chart);
-    } else if (shell.batchRunning) {
+        mode.layout->Rectangle(mode.layoutRow, &request.x, &request.y, &request.width,
+                               &request.height);
+        mode.layout->CopyDrawnObjects(mode.layoutRow, chart);
+    } else if (mode.batch()) {
         request.placement = WindowPlacement::FillClient;
     }
 
-    const WindowId window = windowHooks.createChild ? windowHooks.createChild(request) : 0;
+    const WindowId window = TheDesk().CreateChild(request);
     if (!window) {
-        ShowUnlessBatch("Unable to create Window - Please close some");
+        ShowUnless(mode.batch(), "Unable to create Window - Please close some");
         ReleaseDrawnObjects(chart);
         ReleaseChart(chart);
         return 0;
@@ -166,8 +161,8 @@ int CreatePriceChart(const char* kindName, int role) {
         chartDefaults.batchFirstChart = window;
     else
         chartDefaults.batchSecondChart = window;
-    if (shell.restoringLayout && windowHooks.keepHidden) windowHooks.keepHidden(window);
-    ++shell.chartCount;
+    if (mode.restoring()) TheDesk().KeepHidden(window);
+    RegisterChart();
     return 1;
 }
 

@@ -1,10 +1,10 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // Making the first chart window of a freshly connected data source.
 
 #include <cstdint>
 
 #include "chart_model/chart.h"
+#include "chart_model/creation.h"
 
 namespace velorin {
 
@@ -24,37 +24,10 @@ struct ChartDefaults {
     std::int32_t defaultPredictorMedium;
     std::int32_t defaultPredictorLong;
     double defaultResolution;
-    std::int32_t layoutRowIndex;
     char lastChartTitle[100];
 };
 extern ChartDefaults chartDefaults;
 void ResetChartDefaults();
-
-// Where a new child window goes.
-enum class WindowPlacement {
-    SystemDefault, // the windowing layer picks position and size
-    FillClient,    // the whole client area of the desk (batch runs)
-    Given,         // the rectangle passed along (layout restore)
-};
-
-struct ChildWindowRequest {
-    Chart* chart;
-    WindowClass windowClass;
-    const char* caption;
-    WindowPlacement placement;
-    int x, y, width, height; // for Given
-    bool hidden;             // layout restore: shown at the end
-};
-
-// The windowing layer installs these; chart creation calls them.
-struct WindowHooks {
-    // Creates the MDI child for a chart and attaches the chart to it;
-    // returns the window or 0.
-    WindowId (*createChild)(const ChildWindowRequest& request) = nullptr;
-    // Appends a hidden window to the list shown when a layout is complete.
-    void (*keepHidden)(WindowId window) = nullptr;
-};
-extern WindowHooks windowHooks;
 
 // Title pieces; exposed for the data views and for tests.
 // Instrument name from a topic and an item: the piece behind "]" or ";" in
@@ -63,6 +36,7 @@ void InstrumentName(const char* topic, const char* item, char* out, int outSize)
 
 // The price chart of the source just connected in marketData.nextSourceSlot.
 // Returns 1 when the window exists, else 0 with the fresh source released.
-int CreatePriceChart(const char* kindName, int role);
+// `role` 0 or 1: the first or second chart a batch keeps.
+int CreatePriceChart(const char* kindName, int role, const CreationMode& mode = {});
 
 } // namespace velorin

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // Hit regions of a chart: the round handles of curves and drawn objects and
 // the polygons of highlights. A region can be filled, inverted and asked
 // whether a point lies inside; it is made at paint time and kept until the

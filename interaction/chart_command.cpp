@@ -2,19 +2,19 @@
 
 #include <cstring>
 
+#include "base/user_seam.h"
 #include "chart_model/analysis_chart.h"
+#include "chart_model/desk.h"
 #include "chart_model/period_dialogs.h"
 #include "interaction/chart_menu.h"
 #include "interaction/drawing_tools.h"
+#include "interaction/mouse_state.h"
 #include "market_data/data_source.h"
-#include "rendering/mouse_state.h"
 #include "rendering/palette.h"
-#include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
+#include "rendering/style.h"
+#include "resources/command_ids.h"
 
 namespace velorin {
-
-ChartActionHooks chartActionHooks;
 
 namespace {
 
@@ -100,8 +100,8 @@ void ArmTrend(ChartWindowPort& window, DrawingSet& d) {
     const int i = ArmLineTool(window, chartMouse.trendTool, t.inUse, trendWords);
     if (i < 0) return;
     chartMouse.selectedTrend = i;
-    t.freePlaced[i] = shell.defaultFreePlaced;
-    t.extended[i] = shell.defaultExtended;
+    t.freePlaced[i] = drawingStyle.defaultFreePlaced;
+    t.extended[i] = drawingStyle.defaultExtended;
     t.inUse[i] = 0;
     chartMouse.toolStep = 0;
 }
@@ -111,8 +111,8 @@ void ArmChannel(ChartWindowPort& window, DrawingSet& d) {
     const int i = ArmLineTool(window, chartMouse.channelTool, c.inUse, channelWords);
     if (i < 0) return;
     chartMouse.selectedChannel = i;
-    c.freePlaced[i] = shell.defaultFreePlaced;
-    c.extended[i] = shell.defaultExtended;
+    c.freePlaced[i] = drawingStyle.defaultFreePlaced;
+    c.extended[i] = drawingStyle.defaultExtended;
     chartMouse.toolStep = 0;
 }
 
@@ -124,7 +124,7 @@ void ArmGann(ChartWindowPort& window, DrawingSet& d, bool up) {
     g.freePlaced[i] = 1;
     g.drawUp[i] = up ? 1 : 0;
     g.inUse[i] = 0;
-    g.extended[i] = shell.defaultExtended;
+    g.extended[i] = drawingStyle.defaultExtended;
 }
 
 void ArmVertical(ChartWindowPort& window, DrawingSet& d) {
@@ -218,24 +218,28 @@ void CloneTrend(ChartWindowPort& window, DrawingSet& d) {
 }
 
 void SetPredictorTerm(ChartWindowPort& window, Chart& chart, int commandId) {
-    if (commandId == 20103 && chart.rowCount < 200) {
+    if (commandId == cmd::PredictorLong && chart.rowCount < 200) {
         Seam().ShowMessage("Insufficient data for long term analysis",
                            "QDX-Velorin Trading Discipline", MessageIcon::Information);
         return;
     }
-    chart.predictorShort = commandId == 20101 ? 1 : 0;
-    chart.predictorMedium = commandId == 20102 ? 1 : 0;
-    chart.predictorLong = commandId == 20103 ? 1 : 0;
+    chart.predictorShort = commandId == cmd::PredictorShort ? 1 : 0;
+    chart.predictorMedium = commandId == cmd::PredictorMedium ? 1 : 0;
+    chart.predictorLong = commandId == cmd::PredictorLong ? 1 : 0;
     if (chart.analysisParams)
-        chart.analysisParams->period[1] = commandId == 20101 ? 5 : commandId == 20102 ? 20 : 60;
+        chart.analysisParams->period[1] = commandId == cmd::PredictorShort    ? 5
+                                          : commandId == cmd::PredictorMedium ? 20
+                                                                              : 60;
     RunChartEngines(chart);
     window.Invalidate();
 }
 
 void RunPeriods(ChartWindowPort& window, Chart& chart) {
     const int selected = chartMouse.selectedCurve;
-    const int result = std::strcmp(chart.kindName, "MACD") == 0 ? RunPeriodThreeDialog(chart)
-                                                                : RunPeriodDialog(chart, selected);
+    // A kind with "Periods ..." in its chart menu sets its smoothings in one dialog.
+    const ChartKindInfo* info = KindByName(chart.kindName);
+    const int result = info && info->chartMenu.periodsItem ? RunPeriodThreeDialog(chart)
+                                                           : RunPeriodDialog(chart, selected);
     if (result != 0) return;
     RecomputeAfterPeriodChange(chart, selected);
     window.Invalidate();
@@ -248,82 +252,81 @@ void SetStyle(ChartView& v, int bar, int candle, int line) {
 }
 
 void ChooseAndRepaint(int target) {
-    if (ChooseColour(target) == 1 && chartActionHooks.repaintAllCharts)
-        chartActionHooks.repaintAllCharts();
+    if (ChooseColour(target) == 1) TheDesk().RepaintAllCharts();
 }
 
 // Commands on drawn objects; false when the id isn't one of them.
 bool DrawingCommand(ChartWindowPort& window, DrawingSet& d, int commandId) {
     ChartMouseState& m = chartMouse;
     switch (commandId) {
-    case 20501:
+    case cmd::DrawTrend:
         ArmTrend(window, d);
         return true;
-    case 20502:
+    case cmd::DrawChannel:
         ArmChannel(window, d);
         return true;
-    case 20506:
-    case 20507:
-        ArmGann(window, d, commandId == 20506);
+    case cmd::GannUp:
+    case cmd::GannDown:
+        ArmGann(window, d, commandId == cmd::GannUp);
         return true;
-    case 20512:
+    case cmd::DrawVertical:
         ArmVertical(window, d);
         return true;
-    case 20513:
+    case cmd::DrawHorizontal:
         ArmHorizontal(window, d);
         return true;
-    case 20533:
+    case cmd::MoveTrend:
         ArmMove(window, m.moveTrendTool);
         return true;
-    case 20534:
+    case cmd::MoveChannel:
         ArmMove(window, m.moveChannelTool);
         return true;
-    case 20535:
+    case cmd::MoveVertical:
         ArmMove(window, m.moveVerticalTool);
         return true;
-    case 20536:
+    case cmd::MoveHorizontal:
         ArmMove(window, m.moveHorizontalTool);
         return true;
-    case 20539:
+    case cmd::CloneTrend:
         CloneTrend(window, d);
         return true;
-    case 20504:
+    case cmd::ClearTrend:
         ClearOne(*d.trendLines, m.selectedTrend, ClearTrend);
         break;
-    case 20505:
+    case cmd::ClearChannel:
         ClearOne(*d.channels, m.selectedChannel, ClearChannel);
         break;
-    case 20508:
+    case cmd::ClearGann:
         ClearOne(*d.gannLines, m.selectedGann, ClearGann);
         break;
-    case 20514:
+    case cmd::ClearVertical:
         ClearOne(*d.verticalLines, m.selectedVertical, ClearVertical);
         break;
-    case 20515:
+    case cmd::ClearHorizontal:
         ClearOne(*d.horizontalLines, m.selectedHorizontal, ClearHorizontal);
         break;
-    case 20509:
+    case cmd::ClearAllTrends:
         ClearAll(*d.trendLines, ClearTrend);
         break;
-    case 20510:
+    case cmd::ClearAllChannels:
         ClearAll(*d.channels, ClearChannel);
         break;
-    case 20511:
+    case cmd::ClearAllGanns:
         ClearAll(*d.gannLines, ClearGann);
         break;
-    case 20516:
+    case cmd::ClearAllVerticals:
         ClearAll(*d.verticalLines, ClearVertical);
         break;
-    case 20517:
+    case cmd::ClearAllHorizontals:
         ClearAll(*d.horizontalLines, ClearHorizontal);
         break;
-    case 20525:
+    case cmd::ExtendTrend:
         if (ValidSlot(m.selectedTrend)) Toggle(d.trendLines->extended[m.selectedTrend]);
         break;
-    case 20526:
+    case cmd::ExtendChannel:
         if (ValidSlot(m.selectedChannel)) Toggle(d.channels->extended[m.selectedChannel]);
         break;
-    case 20527:
+    case cmd::ExtendGann:
         if (ValidSlot(m.selectedGann)) Toggle(d.gannLines->extended[m.selectedGann]);
         break;
     default:
@@ -394,96 +397,96 @@ void ChartCommand(ChartWindowPort& window, Chart& chart, int commandId) {
     }
 
     switch (commandId) {
-    case 10410:
+    case cmd::FibonacciValues:
         ShowFibonacciDialog(chart);
         break;
-    case 10411:
+    case cmd::PeriodDialog:
         RunPeriods(window, chart);
         break;
-    case 10417:
-        if (chartActionHooks.changeDataSource) chartActionHooks.changeDataSource(window, chart);
+    case cmd::DataSourceChange:
+        TheDesk().ChangeDataSource(window.Id(), chart);
         break;
-    case 10418:
+    case cmd::PriceScale:
         if (RunFracDialog(chart) == 0) window.Invalidate();
         break;
-    case 20101:
-    case 20102:
-    case 20103:
+    case cmd::PredictorShort:
+    case cmd::PredictorMedium:
+    case cmd::PredictorLong:
         SetPredictorTerm(window, chart, commandId);
         break;
-    case 20311:
+    case cmd::SelectEndPoint:
         m.toolArmed = 1;
         m.endPointTool = 1;
         TakeMouseForTool(window, EndPointPrompt);
         break;
-    case 20312:
+    case cmd::GetAll:
         if (const DataSource* source = SourceAt(chart.sourceSlot))
             chart.rowCount = source->rowCount;
         if (chart.view) chart.view->resolution = 0.25;
         window.Invalidate();
         break;
-    case 20401:
+    case cmd::StyleHighLow:
         if (chart.view) Toggle(chart.view->showHighLow);
         window.Invalidate();
         break;
-    case 20402:
+    case cmd::StyleCandleStick:
         if (chart.view) SetStyle(*chart.view, 0, 1, 0);
         window.Invalidate();
         break;
-    case 20403:
+    case cmd::StyleLine:
         if (chart.view) SetStyle(*chart.view, 0, 0, 1);
         window.Invalidate();
         break;
-    case 20405:
+    case cmd::StyleBarchart:
         if (chart.view) SetStyle(*chart.view, 1, 0, 0);
         window.Invalidate();
         break;
-    case 20518:
+    case cmd::ClearAllLines:
         // Every set, those the kind doesn't show and the highlights included.
         ReleaseDrawnObjects(&chart);
         window.Invalidate();
         break;
-    case 20519:
+    case cmd::CurveColour:
         ChooseAndRepaint(m.colourTarget);
         break;
-    case 20520:
+    case cmd::GridColour:
         ChooseAndRepaint(52);
         break;
-    case 20521:
+    case cmd::TextColour:
         ChooseAndRepaint(51);
         break;
-    case 20522:
+    case cmd::BackgroundColour:
         ChooseAndRepaint(53);
         break;
-    case 20523:
+    case cmd::ExtendEnvelopes:
         if (chart.fibonacciExtra) Toggle(chart.fibonacciExtra->extendEnvelopes);
         window.Invalidate();
         break;
-    case 20524:
+    case cmd::FibonacciLines:
         if (chart.fibonacciExtra) Toggle(chart.fibonacciExtra->fibonacciLines);
         window.Invalidate();
         break;
-    case 20528:
-        if (chartActionHooks.openDataView) chartActionHooks.openDataView(window, chart);
+    case cmd::DataView:
+        TheDesk().OpenDataView(window.Id(), chart);
         break;
-    case 20532:
-        if (chartActionHooks.openLevelsView) chartActionHooks.openLevelsView(window, chart);
+    case cmd::LevelsView:
+        TheDesk().OpenLevelsView(window.Id(), chart);
         break;
-    case 20537:
+    case cmd::TrendDataValue:
         if (chart.drawings && ValidSlot(m.selectedTrend)) {
             Toggle(chart.drawings->trendLines->freePlaced[m.selectedTrend]);
             chart.anchorsPending = 1;
             window.Invalidate();
         }
         break;
-    case 20538:
+    case cmd::ChannelDataValue:
         if (chart.drawings && ValidSlot(m.selectedChannel)) {
             Toggle(chart.drawings->channels->freePlaced[m.selectedChannel]);
             chart.anchorsPending = 1;
             window.Invalidate();
         }
         break;
-    case 20701:
+    case cmd::ToggleGrid:
         if (chart.view) Toggle(chart.view->gridOn);
         window.Invalidate();
         break;

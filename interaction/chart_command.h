@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The commands of a price chart window: the items of its context and
 // handle menus and of the button bar. They arm the drawing tools, clear
 // drawn objects, and set resolution, style, colours and periods.

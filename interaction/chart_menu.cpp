@@ -4,7 +4,6 @@
 #include <cstring>
 
 #include "interaction/menu_items.h"
-#include <initializer_list>
 
 namespace velorin {
 namespace {
@@ -18,9 +17,11 @@ struct ResolutionStep {
 };
 
 constexpr ResolutionStep resolutionSteps[] = {
-    {"x 1/4", 20301, 0.25}, {"x 1/2", 20302, 0.5}, {"x 1", 20303, 1.0},
-    {"x 2", 20304, 2.0},    {"x 4", 20305, 4.0},   {"x 8", 20306, 8.0},
-    {"x 16", 20307, 16.0},  {"x 25", 20308, 25.0}, {"x 50", 20309, 50.0},
+    {"x 1/4", cmd::ResolutionQuarter, 0.25}, {"x 1/2", cmd::ResolutionHalf, 0.5},
+    {"x 1", cmd::ResolutionOne, 1.0},        {"x 2", cmd::ResolutionTwo, 2.0},
+    {"x 4", cmd::ResolutionFour, 4.0},       {"x 8", cmd::ResolutionEight, 8.0},
+    {"x 16", cmd::ResolutionSixteen, 16.0},  {"x 25", cmd::ResolutionTwentyFive, 25.0},
+    {"x 50", cmd::ResolutionFifty, 50.0},
 };
 
 } // namespace
@@ -47,12 +48,9 @@ double ResolutionOf(const Chart& chart) {
 
 void ResolutionMenu(const Chart& chart, int sourceRowCount, std::vector<MenuItem>& items) {
     items.push_back(Submenu("Resolution"));
-    // Kinds on the common rows of two sources, and the Fibonacci and overlay
-    // charts, can't be cut at an end point.
-    if (!IsAnyOf(chart, {"Historical Correlation", "Fibonacci", "Correlation", "Price Ratio",
-                         "Spread", "Relative Strength", "Relative Performance", "Overlay"})) {
-        items.push_back(Item("Select End Point", 20311));
-        if (chart.rowCount != sourceRowCount) items.push_back(Item("Get All", 20312));
+    if (ChartMenuOf(chart).endPointItems) {
+        items.push_back(Item("Select End Point", cmd::SelectEndPoint));
+        if (chart.rowCount != sourceRowCount) items.push_back(Item("Get All", cmd::GetAll));
         items.push_back(Separator());
     }
     const int current = CurrentResolutionCommand(ResolutionOf(chart));
@@ -65,16 +63,16 @@ void ResolutionMenu(const Chart& chart, int sourceRowCount, std::vector<MenuItem
 
 void ColourMenu(std::vector<MenuItem>& items) {
     items.push_back(Submenu("Colour"));
-    items.push_back(Item("Background ...", 20522));
-    items.push_back(Item("Grid ...", 20520));
-    items.push_back(Item("Text ...", 20521));
+    items.push_back(Item("Background ...", cmd::BackgroundColour));
+    items.push_back(Item("Grid ...", cmd::GridColour));
+    items.push_back(Item("Text ...", cmd::TextColour));
     items.push_back(EndSubmenu());
 }
 
 void GridMenu(const Chart& chart, std::vector<MenuItem>& items) {
     const bool gridOn = chart.view && chart.view->gridOn == 1;
     items.push_back(Submenu("Grid"));
-    items.push_back(Item(gridOn ? "Off" : "On", 20701));
+    items.push_back(Item(gridOn ? "Off" : "On", cmd::ToggleGrid));
     items.push_back(EndSubmenu());
 }
 
@@ -84,32 +82,14 @@ void DrawMenu(const Chart& chart, bool fullForm, std::vector<MenuItem>& items) {
     items.push_back(Submenu("Draw"));
     if (!fullForm || chart.rowCount > 24) {
         if (fullForm && ResolutionOf(chart) < 25.0) {
-            items.push_back(Item("Trend", 20501));
-            items.push_back(Item("Channel", 20502));
+            items.push_back(Item("Trend", cmd::DrawTrend));
+            items.push_back(Item("Channel", cmd::DrawChannel));
         }
-        items.push_back(Item("Vertical", 20512));
-        items.push_back(Item("Horizontal", 20513));
+        items.push_back(Item("Vertical", cmd::DrawVertical));
+        items.push_back(Item("Horizontal", cmd::DrawHorizontal));
     }
     GridMenu(chart, items);
     items.push_back(EndSubmenu());
-}
-
-enum class Form { Unknown, Full, Short, GridOnly, Macd, Fibonacci, Pair, Overlay };
-
-Form FormOf(const Chart& chart) {
-    if (IsAnyOf(chart, {"Price", "RMA", "ESMA", "WMA", "Trend", "Swing Charting"}))
-        return Form::Full;
-    if (IsAnyOf(chart, {"Volume", "Stochastics", "Stdev", "OBV", "Tic Volume", "RSI", "RVI",
-                        "Oscillator", "Momentum", "Perc. Range", "OverboughtSold"}))
-        return Form::Short;
-    if (Is(chart, "Predictor")) return Form::GridOnly;
-    if (Is(chart, "MACD")) return Form::Macd;
-    if (Is(chart, "Fibonacci")) return Form::Fibonacci;
-    if (IsAnyOf(chart, {"Correlation", "Historical Correlation", "Price Ratio", "Spread",
-                        "Relative Strength", "Relative Performance"}))
-        return Form::Pair;
-    if (Is(chart, "Overlay")) return Form::Overlay;
-    return Form::Unknown;
 }
 
 } // namespace
@@ -156,49 +136,36 @@ void CancelForChartMenu(ChartWindowPort& window, ChartMouseState& mouse) {
 
 std::vector<MenuItem> ChartMenuItems(const Chart& chart, int sourceRowCount) {
     std::vector<MenuItem> items;
-    const Form form = FormOf(chart);
-    if (form == Form::Unknown) return items;
+    const ChartMenuFeatures& menu = ChartMenuOf(chart);
+    if (!menu.shown) return items;
 
     ResolutionMenu(chart, sourceRowCount, items);
     ColourMenu(items);
-    switch (form) {
-    case Form::Full:
+    switch (menu.draw) {
+    case DrawItems::Full:
         DrawMenu(chart, true, items);
-        items.push_back(Item("Price Scale ...", 10418));
-        items.push_back(Item("Data Source ...", 10417));
         break;
-    case Form::Short:
+    case DrawItems::Short:
         DrawMenu(chart, false, items);
-        items.push_back(Item("Data Source ...", 10417));
         break;
-    case Form::GridOnly:
+    case DrawItems::Grid:
         GridMenu(chart, items);
-        items.push_back(Item("Data Source ...", 10417));
         break;
-    case Form::Macd:
-        GridMenu(chart, items);
-        items.push_back(Item("Periods ...", 10411));
-        items.push_back(Item("Data Source ...", 10417));
+    case DrawItems::None:
         break;
-    case Form::Fibonacci: {
-        GridMenu(chart, items);
+    }
+    if (menu.periodsItem) items.push_back(Item("Periods ...", cmd::PeriodDialog));
+    if (menu.fibonacciItems) {
         const FibonacciExtra* fib = chart.fibonacciExtra;
-        items.push_back(Item("Fibonacci Lines", 20524, fib && fib->fibonacciLines == 1));
-        items.push_back(Item("Extend Envelopes", 20523, fib && fib->extendEnvelopes == 1));
-        items.push_back(Item("Levels...", 20532));
-        items.push_back(Item("Price Scale ...", 10418));
-        items.push_back(Item("Data Source ...", 10417));
-        break;
+        items.push_back(
+            Item("Fibonacci Lines", cmd::FibonacciLines, fib && fib->fibonacciLines == 1));
+        items.push_back(
+            Item("Extend Envelopes", cmd::ExtendEnvelopes, fib && fib->extendEnvelopes == 1));
+        items.push_back(Item("Levels...", cmd::LevelsView));
     }
-    case Form::Pair:
-        GridMenu(chart, items);
-        break;
-    case Form::Overlay:
-        items.push_back(Item("Highlight Region", 20529));
-        break;
-    case Form::Unknown:
-        break;
-    }
+    if (menu.priceScaleItem) items.push_back(Item("Price Scale ...", cmd::PriceScale));
+    if (menu.dataSourceItem) items.push_back(Item("Data Source ...", cmd::DataSourceChange));
+    if (menu.highlightItem) items.push_back(Item("Highlight Region", cmd::HighlightRegion));
     return items;
 }
 

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The right-click menu of a chart window: the step that ends any crosshair
 // or tool first, and the menu's items by the chart's kind. Qt-free; the
 // window turns the items into a popup and sends the chosen id back as a
@@ -11,7 +10,7 @@
 #include "chart_model/chart.h"
 #include "interaction/chart_window_port.h"
 #include "interaction/handle_menu.h"
-#include "rendering/mouse_state.h"
+#include "interaction/mouse_state.h"
 
 namespace velorin {
 

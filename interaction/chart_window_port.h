@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // What the chart commands and the drawing tools need of the window they act
 // on. The Qt chart window implements it; tests implement it with a fake.
 
@@ -30,15 +29,5 @@ class ChartWindowPort {
     // Repaint only the readout rectangle (0, 0) to (115, 13).
     virtual void InvalidateReadout() = 0;
 };
-
-// Program-wide actions that chart commands start. Left null, the command
-// does nothing beyond what it does to the chart itself.
-struct ChartActionHooks {
-    void (*repaintAllCharts)() = nullptr;
-    void (*openDataView)(ChartWindowPort& window, Chart& chart) = nullptr;
-    void (*openLevelsView)(ChartWindowPort& window, Chart& chart) = nullptr;
-    void (*changeDataSource)(ChartWindowPort& window, Chart& chart) = nullptr;
-};
-extern ChartActionHooks chartActionHooks;
 
 } // namespace velorin

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // Every child window of the desk holds one chart record; the rest of the
 // program finds the record from the window this way, whatever the class.
 
@@ -29,15 +28,5 @@ class ChildView : public QWidget {
   private:
     WindowClass windowClass_;
 };
-
-// What a closing chart window asks of the desk.
-struct DeskHooks {
-    void (*menuStateChanged)() = nullptr;
-};
-extern DeskHooks deskHooks;
-
-// The close of a chart window: drawn objects and record released, the
-// source given back, the count lowered; the last one resets the slots.
-void CloseChartRecord(Chart* chart);
 
 } // namespace velorin

@@ -5,7 +5,7 @@
 
 #include "interaction/chart_menu.h"
 #include "market_data/data_source.h"
-#include "rendering/mouse_state.h"
+#include "interaction/mouse_state.h"
 #include "rendering/scale.h"
 
 namespace velorin {

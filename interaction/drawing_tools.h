@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The clicks and mouse moves of the drawing tools that the chart commands
 // arm. A click stores a point in pixels and, for trend lines and channels,
 // the date and value under it; the last click leaves the line's equation

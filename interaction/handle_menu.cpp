@@ -1,7 +1,5 @@
 #include "interaction/handle_menu.h"
 
-#include <cstring>
-
 #include "interaction/menu_items.h"
 
 namespace velorin {
@@ -9,29 +7,28 @@ namespace {
 
 using namespace menu_items;
 
+// "Period ..." is left out of the menu of curve slot `slot` (3 to 13).
 bool PeriodExcluded(const Chart& chart, int slot) {
-    if (slot == 3)
-        return IsAnyOf(chart, {"MACD", "OBV", "Tic Volume", "Predictor", "Price Ratio", "Spread",
-                               "Relative Strength", "Relative Performance", "Fibonacci", "Trend"});
-    if (slot == 4)
-        return IsAnyOf(chart, {"MACD", "Swing Charting", "Predictor", "Fibonacci", "Trend"});
-    return IsAnyOf(chart, {"Fibonacci", "Trend"});
+    const std::uint8_t bit = slot == 3   ? NoPeriodSlot3
+                             : slot == 4 ? NoPeriodSlot4
+                                         : NoPeriodLaterSlots;
+    return (HandleMenuOf(chart).noPeriodItem & bit) != 0;
 }
 
 void StyleSubmenu(const Chart& chart, std::vector<MenuItem>& items) {
-    if (Is(chart, "Volume") || Is(chart, "Fibonacci") || chart.hasFullColumns != 1) return;
+    if (!HandleMenuOf(chart).styleSubmenu || chart.hasFullColumns != 1) return;
     const ChartView& v = *chart.view;
     items.push_back(Submenu("Style"));
     if (v.showLine) {
-        items.push_back(Item("High-Low", 20401, v.showHighLow != 0));
-        items.push_back(Item("Barchart", 20405));
-        if (chart.rowCount > 24) items.push_back(Item("CandleStick", 20402));
+        items.push_back(Item("High-Low", cmd::StyleHighLow, v.showHighLow != 0));
+        items.push_back(Item("Barchart", cmd::StyleBarchart));
+        if (chart.rowCount > 24) items.push_back(Item("CandleStick", cmd::StyleCandleStick));
     } else if (v.showCandle) {
-        items.push_back(Item("Line", 20403));
-        items.push_back(Item("Barchart", 20405));
+        items.push_back(Item("Line", cmd::StyleLine));
+        items.push_back(Item("Barchart", cmd::StyleBarchart));
     } else if (v.showBar) {
-        items.push_back(Item("Line", 20403));
-        if (chart.rowCount > 24) items.push_back(Item("CandleStick", 20402));
+        items.push_back(Item("Line", cmd::StyleLine));
+        if (chart.rowCount > 24) items.push_back(Item("CandleStick", cmd::StyleCandleStick));
     }
     items.push_back(EndSubmenu());
 }
@@ -70,14 +67,14 @@ std::vector<MenuItem> HandleMenu(const Chart& chart, const HandleHit& hit, int x
         const TrendLineSet& t = *chart.drawings->trendLines;
         mouse.colourTarget = 0;
         mouse.selectedTrend = i;
-        items = {Item("Move Trend", 20533),
-                 Item("Clone Trend", 20539),
-                 Item("Clear Trend", 20504),
-                 Item("Clear All Trends", 20509),
-                 Item("Clear All Lines", 20518),
-                 Item("Extend Trend", 20525, t.extended[i] == 1),
-                 Item("Data Value", 20537, t.freePlaced[i] == 0),
-                 Item("Colour ...", 20519)};
+        items = {Item("Move Trend", cmd::MoveTrend),
+                 Item("Clone Trend", cmd::CloneTrend),
+                 Item("Clear Trend", cmd::ClearTrend),
+                 Item("Clear All Trends", cmd::ClearAllTrends),
+                 Item("Clear All Lines", cmd::ClearAllLines),
+                 Item("Extend Trend", cmd::ExtendTrend, t.extended[i] == 1),
+                 Item("Data Value", cmd::TrendDataValue, t.freePlaced[i] == 0),
+                 Item("Colour ...", cmd::CurveColour)};
         break;
     }
     case HitObject::Channel: {
@@ -95,70 +92,71 @@ std::vector<MenuItem> HandleMenu(const Chart& chart, const HandleHit& hit, int x
                 (inSecond && second->box.top > first->box.top))
                 mouse.lowerLineHit = 1;
         }
-        items = {Item("Move Channel", 20534),
-                 Item("Clear Channel", 20505),
-                 Item("Clear All Channels", 20510),
-                 Item("Clear All Lines", 20518),
-                 Item("Extend Channel", 20526, c.extended[i] == 1),
-                 Item("Colour ...", 20519)};
+        items = {Item("Move Channel", cmd::MoveChannel),
+                 Item("Clear Channel", cmd::ClearChannel),
+                 Item("Clear All Channels", cmd::ClearAllChannels),
+                 Item("Clear All Lines", cmd::ClearAllLines),
+                 Item("Extend Channel", cmd::ExtendChannel, c.extended[i] == 1),
+                 Item("Colour ...", cmd::CurveColour)};
         break;
     }
     case HitObject::Gann: {
         mouse.colourTarget = 2;
         mouse.selectedGann = i;
-        items = {Item("Clear Gann", 20508), Item("Clear All Ganns", 20511),
-                 Item("Clear All Lines", 20518),
-                 Item("Extend Gann", 20527, chart.drawings->gannLines->extended[i] == 1),
-                 Item("Colour ...", 20519)};
+        items = {Item("Clear Gann", cmd::ClearGann), Item("Clear All Ganns", cmd::ClearAllGanns),
+                 Item("Clear All Lines", cmd::ClearAllLines),
+                 Item("Extend Gann", cmd::ExtendGann, chart.drawings->gannLines->extended[i] == 1),
+                 Item("Colour ...", cmd::CurveColour)};
         break;
     }
     case HitObject::Vertical:
         mouse.colourTarget = 3;
         mouse.selectedVertical = i;
-        items = {Item("Move Vertical", 20535), Item("Clear Vertical", 20514),
-                 Item("Clear All Verticals", 20516), Item("Clear All Lines", 20518),
-                 Item("Colour ...", 20519)};
+        items = {Item("Move Vertical", cmd::MoveVertical),
+                 Item("Clear Vertical", cmd::ClearVertical),
+                 Item("Clear All Verticals", cmd::ClearAllVerticals),
+                 Item("Clear All Lines", cmd::ClearAllLines), Item("Colour ...", cmd::CurveColour)};
         break;
     case HitObject::Horizontal:
         mouse.colourTarget = 4;
         mouse.selectedHorizontal = i;
-        items = {Item("Move Horizontal", 20536), Item("Clear Horizontal", 20515),
-                 Item("Clear All Horizontals", 20517), Item("Clear All Lines", 20518),
-                 Item("Colour ...", 20519)};
+        items = {Item("Move Horizontal", cmd::MoveHorizontal),
+                 Item("Clear Horizontal", cmd::ClearHorizontal),
+                 Item("Clear All Horizontals", cmd::ClearAllHorizontals),
+                 Item("Clear All Lines", cmd::ClearAllLines), Item("Colour ...", cmd::CurveColour)};
         break;
     case HitObject::Curve: {
-        const bool stochastics = Is(chart, "Stochastics");
         if (i == 0) {
             mouse.colourTarget = 5;
-            items = {Item("Data View ...", 20528), Item("Colour ...", 20519)};
+            items = {Item("Data View ...", cmd::DataView), Item("Colour ...", cmd::CurveColour)};
             StyleSubmenu(chart, items);
             break;
         }
         if (i <= 2) {
             mouse.colourTarget = 6;
-            items = {Item("Colour ...", 20519)};
+            items = {Item("Colour ...", cmd::CurveColour)};
             break;
         }
         mouse.colourTarget = i <= 9 ? i + 4 : 14;
         if (i == 3) mouse.selectedCurve = 1;
-        if (i >= 4 && i <= 6) mouse.selectedCurve = stochastics ? i - 2 : i - 3;
-        items = {Item("Colour ...", 20519)};
-        if (i == 3 && Is(chart, "Predictor")) {
+        if (i >= 4 && i <= 6) mouse.selectedCurve = i - 4 + HandleMenuOf(chart).slot4Period;
+        items = {Item("Colour ...", cmd::CurveColour)};
+        if (i == 3 && HandleMenuOf(chart).predictorTerms) {
             items.push_back(Submenu("Period"));
-            items.push_back(Item("Short", 20101));
-            items.push_back(Item("Medium", 20102));
-            items.push_back(Item("Long", 20103));
+            items.push_back(Item("Short", cmd::PredictorShort));
+            items.push_back(Item("Medium", cmd::PredictorMedium));
+            items.push_back(Item("Long", cmd::PredictorLong));
             items.push_back(Separator());
             const char* current = chart.predictorShort == 1    ? "Short"
                                   : chart.predictorMedium == 1 ? "Medium"
                                                                : "Long";
-            const int id = chart.predictorShort == 1    ? 20101
-                           : chart.predictorMedium == 1 ? 20102
-                                                        : 20103;
+            const int id = chart.predictorShort == 1    ? cmd::PredictorShort
+                           : chart.predictorMedium == 1 ? cmd::PredictorMedium
+                                                        : cmd::PredictorLong;
             items.push_back({current, id, true, true, 0, false});
             items.push_back(EndSubmenu());
         } else if (!PeriodExcluded(chart, i)) {
-            items.push_back(Item("Period ...", 10411));
+            items.push_back(Item("Period ...", cmd::PeriodDialog));
         }
         break;
     }

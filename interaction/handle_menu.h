@@ -1,12 +1,11 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // What a click on a handle opens: which object was hit and the items of
 // its popup menu. Qt-free, so the table can be tested alone.
 
 #include <vector>
 
 #include "chart_model/chart.h"
-#include "rendering/mouse_state.h"
+#include "interaction/mouse_state.h"
 
 namespace velorin {
 

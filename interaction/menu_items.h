@@ -1,23 +1,24 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
-// Builders of popup menu items and kind-name tests, shared by the handle
-// menus and the chart context menu.
+// Builders of popup menu items and the menu features of a chart's kind,
+// shared by the handle menus and the chart context menu.
 
-#include <cstring>
-#include <initializer_list>
-
+#include "chart_model/chart_kinds.h"
 #include "interaction/handle_menu.h"
+#include "resources/command_ids.h"
 
 namespace velorin::menu_items {
 
-inline bool Is(const Chart& chart, const char* name) {
-    return std::strcmp(chart.kindName, name) == 0;
+// What the menus of the chart's kind offer. A name no kind has gets no
+// chart menu and the handle menus of a plain kind.
+inline const ChartMenuFeatures& ChartMenuOf(const Chart& chart) {
+    static constexpr ChartMenuFeatures none{};
+    const ChartKindInfo* info = KindByName(chart.kindName);
+    return info ? info->chartMenu : none;
 }
-
-inline bool IsAnyOf(const Chart& chart, std::initializer_list<const char*> names) {
-    for (const char* n : names)
-        if (Is(chart, n)) return true;
-    return false;
+inline const HandleMenuFeatures& HandleMenuOf(const Chart& chart) {
+    static constexpr HandleMenuFeatures plain{};
+    const ChartKindInfo* info = KindByName(chart.kindName);
+    return info ? info->handleMenu : plain;
 }
 
 inline MenuItem Item(const char* text, int id, bool checked = false) {

@@ -10,19 +10,20 @@
 #include <QScreen>
 #include <QTimer>
 
+#include "chart_model/desk.h"
 #include "interaction/chart_command.h"
 #include "interaction/chart_menu.h"
 #include "interaction/drawing_tools.h"
 #include "interaction/handle_menu.h"
+#include "interaction/mouse_state.h"
 #include "market_data/data_source.h"
-#include "rendering/mouse_state.h"
+#include "rendering/palette.h"
 #include "rendering/qt/qt_draw_device.h"
 #include "rendering/scale.h"
-#include "shell/core/shell_state.h"
+#include "rendering/style.h"
 
 namespace velorin {
 
-DeskHooks deskHooks;
 QMenu* PriceChild::openMenu_ = nullptr;
 
 namespace {
@@ -83,16 +84,6 @@ void AddItems(QMenu* menu, const std::vector<MenuItem>& items, std::size_t& at,
 
 } // namespace
 
-void CloseChartRecord(Chart* chart) {
-    if (chart) {
-        ReleaseDrawnObjects(chart);
-        ReleaseChart(chart);
-    }
-    if (shell.chartCount > 0) --shell.chartCount;
-    if (shell.chartCount == 0) marketData.nextSourceSlot = 0;
-    if (deskHooks.menuStateChanged) deskHooks.menuStateChanged();
-}
-
 PriceChild::PriceChild(Chart* chart, QWidget* parent)
     : ChildView(chart, WindowClass::PriceChild, parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
@@ -101,7 +92,7 @@ PriceChild::PriceChild(Chart* chart, QWidget* parent)
 
 PriceChild::~PriceChild() {
     if (chartMouse.crosshairOn) ResetChartMouseState();
-    CloseChartRecord(chart_);
+    CloseChart(chart_);
 }
 
 void PriceChild::Invalidate() {
@@ -153,14 +144,25 @@ bool PriceChild::InPlot(int x, int y) const {
     return x >= ScaleWidth && x < width() - 2 && y >= BandHeight && y <= height() - BandHeight;
 }
 
+PaintResult PriceChild::Paint(DrawDevice& device, const PixelRect* clip) {
+    PaintContext ctx(velorin::palette, drawingStyle, paintMemory_);
+    ctx.readout = ReadoutOf(chartMouse);
+    ctx.placed = PlacedObjectsOf(chartMouse);
+    const PaintResult result =
+        clip ? PaintPriceChartClipped(device, *chart_, width(), height(), *clip, ctx)
+             : PaintPriceChart(device, *chart_, width(), height(), ctx);
+    EndConvertedTools(chartMouse, result.converted);
+    return result;
+}
+
 void PriceChild::RenderAll() {
     if (backing_.size() != size()) backing_ = QImage(size(), QImage::Format_RGB32);
     backing_.fill(Qt::black);
     {
         QtDrawDevice device(backing_);
-        lastPaint_ = PaintPriceChart(device, *chart_, width(), height());
+        lastPaint_ = Paint(device, nullptr);
     }
-    lastBarX_ = renderResults.lastBarX;
+    lastBarX_ = paintMemory_.lastBarX;
     dirty_ = false;
     readoutDirty_ = false;
     if (lastPaint_.outcome == PaintOutcome::Minimise) {
@@ -190,7 +192,7 @@ void PriceChild::paintEvent(QPaintEvent* event) {
     } else if (readoutDirty_) {
         // The readout alone: the paint runs whole, clipped to its rectangle.
         QtDrawDevice device(backing_);
-        PaintPriceChartClipped(device, *chart_, width(), height(), ReadoutRect);
+        Paint(device, &ReadoutRect);
         readoutDirty_ = false;
     }
     QPainter painter(this);

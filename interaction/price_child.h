@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The window of price and analysis charts: paints through the drawing
 // device into a backing image, keeps the crosshair by inversion, and opens
 // the handle menus.
@@ -63,12 +62,17 @@ class PriceChild : public ChildView, public ChartWindowPort {
     bool IsFrontChild() const;
     // The image of the last paint, rendered now if it was let go.
     void EnsureBacking();
+    // The paint of the window's chart from the program's colours, line
+    // style and tool state, whole or clipped; the tools whose objects it
+    // converted are ended.
+    PaintResult Paint(DrawDevice& device, const PixelRect* clip);
 
     QImage backing_;
     bool dirty_ = true;
     bool readoutDirty_ = false;
     PaintResult lastPaint_;
-    int lastBarX_ = 0;
+    PaintMemory paintMemory_; // what the last paint left for the next one
+    int lastBarX_ = 0;        // of the last full paint: the mouse code reads it
     QCursor savedCursor_;
     static QMenu* openMenu_;
 };

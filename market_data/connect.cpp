@@ -6,10 +6,9 @@
 #include <ctime>
 
 #include "market_data/data_source.h"
-#include "market_data/feed_hooks.h"
-#include "market_data/series.h"
-#include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
+#include "market_data/live_feed.h"
+#include "base/series.h"
+#include "base/user_seam.h"
 
 namespace velorin {
 
@@ -22,8 +21,8 @@ void Inform(const char* text) {
 }
 
 // Messages of the first two failures are held back during a Make All run.
-void InformUnlessBatch(const char* text) {
-    if (!shell.batchRunning) Inform(text);
+void InformUnless(bool silent, const char* text) {
+    if (!silent) Inform(text);
 }
 
 void CopyField(char* destination, std::size_t destinationSize, const char* source,
@@ -115,7 +114,7 @@ int AppendStagedRow(DataSource& source, int kept) {
     return kept;
 }
 
-int ConnectDataSource() {
+int ConnectDataSource(bool silent) {
     ConnectionSelection& selection = marketData.selection;
     const DataColumns& staged = marketData.fetchColumns;
     const bool full = marketData.hasFullColumns != 0;
@@ -130,14 +129,14 @@ int ConnectDataSource() {
         ++first;
     if (first >= rows) {
         DisconnectLive();
-        InformUnlessBatch("No valid data - Please try again");
+        InformUnless(silent, "No valid data - Please try again");
         return 0;
     }
 
     // 2. The slot's record.
     if (!NewDataSource(slot)) {
         DisconnectLive();
-        InformUnlessBatch("Too Many Open Connections - Please close some");
+        InformUnless(silent, "Too Many Open Connections - Please close some");
         FreeDataSource(slot);
         return 0;
     }
@@ -206,7 +205,7 @@ int ConnectDataSource() {
     DisconnectLive();
     SetField(selection.currentTopic, "IDN");
     const LiveValueResult result =
-        feedHooks.openLiveValue ? feedHooks.openLiveValue() : LiveValueResult::NoConnection;
+        TheLiveFeed().OpenLiveValue();
     switch (result) {
     case LiveValueResult::Ok:
         break;

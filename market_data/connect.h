@@ -8,14 +8,15 @@ namespace velorin {
 struct DataSource;
 
 // Builds a DataSource in slot marketData.nextSourceSlot from the staging
-// area and the selection. Returns 1, or 0 with the slot empty.
-int ConnectDataSource();
+// area and the selection. Returns 1, or 0 with the slot empty. `silent`
+// (a Make All run) holds back the messages of the first two failures.
+int ConnectDataSource(bool silent = false);
 
 // --- The live time series -----------------------------------------------
 //
 // A connect to the history topic of the live service opens a second
-// conversation for the live value through feedHooks.openLiveValue
-// (market_data/feed_hooks.h), the one seam to the live feed.
+// conversation for the live value through TheLiveFeed().OpenLiveValue
+// (market_data/live_feed.h), the one seam to the live feed.
 
 // True when the selection names the Reuter time series: source
 // "Reuter", "REUTER" or "reuter", topic "TS1" or "ts1", item not beginning

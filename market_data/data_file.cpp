@@ -17,8 +17,8 @@
 #include "market_data/block.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
-#include "market_data/series.h"
-#include "shell/core/user_seam.h"
+#include "base/series.h"
+#include "base/user_seam.h"
 
 namespace velorin {
 

@@ -1,12 +1,11 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The table of loaded instruments, the staging area every feed writes into,
 // and the current connection selection.
 
 #include <cstdint>
 
 #include "market_data/block.h"
-#include "market_data/series.h"
+#include "base/series.h"
 
 namespace velorin {
 

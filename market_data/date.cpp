@@ -5,12 +5,13 @@
 #include <utility>
 
 #include "market_data/data_source.h"
-#include "market_data/series.h"
-#include "shell/core/shell_state.h"
+#include "base/series.h"
 
 namespace velorin {
 
-DateRules dateRules{0.0, false};
+DateRules dateRules{0.0, false, false};
+
+void ResetDateRules() { dateRules = {0.0, false, false}; }
 
 namespace {
 
@@ -279,7 +280,7 @@ double ParseDate(const char* text) {
     const double value = ParseDateValue(text);
     if (value == NoDate) return NoDate;
     // Today itself passes; the test is off until the frame exists.
-    if (shell.frameExists && value > dateRules.todayDate) return NoDate;
+    if (dateRules.rejectFuture && value > dateRules.todayDate) return NoDate;
     return value;
 }
 

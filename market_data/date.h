@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // Dates of the whole program: day numbers counted from 30 December 1899,
 // and the short date texts of the chart axis.
 
@@ -18,14 +17,16 @@ constexpr long long DaysFromCivil(long long y, long long m, long long d) {
 }
 
 struct DateRules {
-    double todayDate; // today as a day number, no time part
-    bool dayFirst;    // the user's locale writes the day before the month
+    double todayDate;  // today as a day number, no time part
+    bool dayFirst;     // the user's locale writes the day before the month
+    bool rejectFuture; // dates after today are no dates (on once the frame exists)
 };
 extern DateRules dateRules;
+void ResetDateRules();
 
 // Day number of `text`, time part dropped; -1.0 for text that is no date,
-// for 20 characters or more, and (once the frame exists) for a date after
-// today.
+// for 20 characters or more, and (with `dateRules.rejectFuture`) for a
+// date after today.
 double ParseDate(const char* text);
 
 // Today's day number from the local clock, in the form "Mon dd yyyy".

@@ -2,37 +2,19 @@
 // What each chart kind draws and what enters its value range: the price
 // group, model curves on curve slots with a pen width, and the Fibonacci
 // base lines and envelopes. A new analysis kind only fills its model series
-// and has a row here.
+// and names its curves in its kind record.
 
 #include "chart_model/chart.h"
 #include "rendering/draw_device.h"
+#include "rendering/paint_context.h"
 #include "rendering/scale.h"
 
 namespace velorin {
 
-enum class CurveWidth : int {
-    One,   // a curve in a chart of its own
-    Model, // shell.modelThickness: a curve over the price
-    Price, // shell.priceThickness
-};
+// CurveWidth, CurveEntry and KindCurves come with the kind records.
 
-struct CurveEntry {
-    int modelCurve; // index into Chart::modelSeries
-    int slot;       // curve slot: palette entry and handle
-};
-
-struct KindCurves {
-    const char* kindName;
-    bool priceGroup;   // the price is drawn under the curves and its set enters the range
-    bool volumeColumn; // the volume column on slot 0 instead of model curves
-    bool padded;       // the range is widened by 0.001 at both ends
-    bool fibonacci;    // base lines and envelopes by the Fibonacci tables
-    CurveWidth width;
-    int curveCount;
-    CurveEntry curves[4];
-};
-
-// The row of a kind; nullptr for kinds that draw no series here.
+// The curves of a kind by its record; nullptr for kinds that draw no series
+// here.
 const KindCurves* CurvesOfKind(const char* kindName);
 
 // A Fibonacci curve: model curve (or -1 lower, -2 upper envelope), slot,
@@ -50,11 +32,12 @@ inline constexpr int FibonacciUpper = -2;
 // holds at least 11. Returns the count.
 int FibonacciCurves(const FibonacciExtra& extra, FibonacciCurve* out);
 
-int PenWidthOf(CurveWidth width);
+int PenWidthOf(CurveWidth width, const DrawingStyle& style);
 
 // The series of the chart by its kind: the price group or volume first,
 // then the curves. Returns the first row of the price group or volume
 // curve, or -1 when the kind has neither (firstRowShown then stays).
-int DrawKindSeries(Chart& chart, DrawDevice& device, const ChartScale& scale, int& lastBarX);
+int DrawKindSeries(Chart& chart, DrawDevice& device, const ChartScale& scale,
+                   const PaintContext& ctx, int& lastBarX);
 
 } // namespace velorin

@@ -3,10 +3,7 @@
 #include <cmath>
 
 #include "market_data/data_source.h"
-#include "rendering/mouse_state.h"
-#include "rendering/palette.h"
 #include "rendering/series_draw.h"
-#include "shell/core/shell_state.h"
 
 namespace velorin {
 
@@ -16,8 +13,8 @@ inline double LineValue(double slope, double base, double row) {
     return row * slope + base;
 }
 
-Pen AttachmentPen(Colour colour, bool dotted) {
-    const int width = shell.attachmentThickness < 1 ? 1 : shell.attachmentThickness;
+Pen AttachmentPen(const DrawingStyle& style, Colour colour, bool dotted) {
+    const int width = style.attachmentThickness < 1 ? 1 : style.attachmentThickness;
     return Pen{dotted ? PenStyle::Dot : PenStyle::Solid, width, colour};
 }
 
@@ -72,9 +69,9 @@ void LineToExtendedEnd(DrawDevice& device, const ObjectFrame& f, double slope, d
 }
 
 // One line of a trend or channel; returns the handle centre.
-Point DrawObjectLine(DrawDevice& device, const ObjectFrame& f, double slope, double base, int rowA,
-                     int rowB, bool extended, Colour colour) {
-    device.SetPen(AttachmentPen(colour, LineIsBroken(f, extended, slope, base)));
+Point DrawObjectLine(DrawDevice& device, const ObjectFrame& f, const DrawingStyle& style,
+                     double slope, double base, int rowA, int rowB, bool extended, Colour colour) {
+    device.SetPen(AttachmentPen(style, colour, LineIsBroken(f, extended, slope, base)));
     const Point handle = MoveToLineStart(device, f, slope, base, rowA);
     if (extended)
         LineToExtendedEnd(device, f, slope, base);
@@ -196,12 +193,12 @@ void DeriveChannel(Chart& chart, int i, const ObjectFrame& f) {
     }
 }
 
-void ReanchorDrawnObjects(Chart& chart, const ChartScale& scale, int lastBarX) {
+void ReanchorDrawnObjects(Chart& chart, const ChartScale& scale, int lastBarX, int firstRowShown) {
     chart.anchorsPending = 0;
     if (!chart.drawings) return;
     ChartScale s = scale;
     s.bandHeight = BandHeight;
-    const ObjectFrame f = MakeObjectFrame(chart, s, lastBarX, renderResults.firstRowShown);
+    const ObjectFrame f = MakeObjectFrame(chart, s, lastBarX, firstRowShown);
     auto toPoint = [&](IntPoint& p, const char* date, double value) {
         p.x = TruncatePixel(DateTextToX(chart, date, lastBarX));
         p.y = TruncatePixel(f.Y(value));
@@ -234,41 +231,43 @@ bool LineIsBroken(const ObjectFrame& f, bool extended, double slopeAngle, double
     return (a < c1 && c2 < b) || (c1 < a && b < c2);
 }
 
-void DrawTrendLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font) {
+void DrawTrendLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font,
+                    const PaintContext& ctx, ObjectKinds& converted) {
     if (!chart.drawings || !chart.drawings->trendLines) return;
     TrendLineSet& t = *chart.drawings->trendLines;
-    const Colour colour = PaletteColour(PaletteTrendLines);
+    const Colour colour = ctx.ColourOf(PaletteTrendLines);
     device.SetFont(font);
     for (int i = 0; i < MaxDrawnObjects; ++i) {
         if (!t.inUse[i]) continue;
-        if (chartMouse.trendTool && chartMouse.selectedTrend == i) {
+        if (ctx.placed.kinds.trend && !converted.trend && ctx.placed.trend == i) {
             DeriveTrendLine(chart, i, f);
-            chartMouse.trendTool = 0;
+            converted.trend = true;
         }
-        const Point h = DrawObjectLine(device, f, t.slopeAngle[i], t.baseValue[i], t.pointA[i].x,
-                                       t.pointB[i].x, t.extended[i] != 0, colour);
+        const Point h = DrawObjectLine(device, f, ctx.style, t.slopeAngle[i], t.baseValue[i],
+                                       t.pointA[i].x, t.pointB[i].x, t.extended[i] != 0, colour);
         PlaceObjectHandle(t.regions[i], h, chart, device, f, SolidBrush(colour));
     }
 }
 
-void DrawChannelLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font) {
+void DrawChannelLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font,
+                      const PaintContext& ctx, ObjectKinds& converted) {
     if (!chart.drawings || !chart.drawings->channels) return;
     ChannelSet& c = *chart.drawings->channels;
-    const Colour colour = PaletteColour(PaletteChannelLines);
+    const Colour colour = ctx.ColourOf(PaletteChannelLines);
     device.SetFont(font);
     for (int i = 0; i < MaxDrawnObjects; ++i) {
         if (!c.inUse[i]) continue;
-        if (chartMouse.channelTool && chartMouse.selectedChannel == i) {
+        if (ctx.placed.kinds.channel && !converted.channel && ctx.placed.channel == i) {
             DeriveChannel(chart, i, f);
-            chartMouse.channelTool = 0;
+            converted.channel = true;
         }
         const double slope = c.slopeAngle[i];
         const int rowA = c.pointA[i].x, rowB = c.pointB[i].x;
         const bool extended = c.extended[i] != 0;
-        const Point h1 =
-            DrawObjectLine(device, f, slope, c.baseValue[i], rowA, rowB, extended, colour);
-        const Point h2 =
-            DrawObjectLine(device, f, slope, c.secondBaseValue[i], rowA, rowB, extended, colour);
+        const Point h1 = DrawObjectLine(device, f, ctx.style, slope, c.baseValue[i], rowA, rowB,
+                                        extended, colour);
+        const Point h2 = DrawObjectLine(device, f, ctx.style, slope, c.secondBaseValue[i], rowA,
+                                        rowB, extended, colour);
         c.pixelGap[i] = std::fabs(f.Y(rowA * slope + c.secondBaseValue[i]) -
                                   f.Y(rowA * slope + c.baseValue[i]));
         PlaceObjectHandle(c.regions[i], h1, chart, device, f, SolidBrush(colour));
@@ -276,15 +275,16 @@ void DrawChannelLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, co
     }
 }
 
-void DrawGannLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font) {
+void DrawGannLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font,
+                   const PaintContext& ctx, ObjectKinds& converted) {
     if (!chart.drawings || !chart.drawings->gannLines) return;
     GannSet& g = *chart.drawings->gannLines;
-    const Colour colour = PaletteColour(PaletteGannLines);
+    const Colour colour = ctx.ColourOf(PaletteGannLines);
     const ChartScale& s = f.scale;
     device.SetFont(font);
     for (int i = 0; i < MaxDrawnObjects; ++i) {
         if (!g.inUse[i]) continue;
-        if (chartMouse.gannTool && chartMouse.selectedGann == i) {
+        if (ctx.placed.kinds.gann && !converted.gann && ctx.placed.gann == i) {
             const int x0 = g.point[i].x, y0 = g.point[i].y;
             const int r0 = RowOfPixel(f, x0);
             g.point[i].x = r0;
@@ -303,7 +303,7 @@ void DrawGannLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const
                     g.baseValue[k][i] = vk - rk * g.slopeAngle[k][i];
                 }
             }
-            chartMouse.gannTool = 0;
+            converted.gann = true;
         }
         const int r0 = g.point[i].x;
         if (!g.freePlaced[i]) {
@@ -316,7 +316,7 @@ void DrawGannLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const
         const int endRow = TruncatePixel(r0 + 50 * std::sin(std::atan(0.5)));
         for (int k = 0; k < 3; ++k) {
             const double slope = g.slopeAngle[k][i], base = g.baseValue[k][i];
-            device.SetPen(AttachmentPen(colour, false));
+            device.SetPen(AttachmentPen(ctx.style, colour, false));
             const Point h = MoveToLineStart(device, f, slope, base, r0);
             const int yEnd = TruncatePixel(f.Y(LineValue(slope, base, endRow)));
             if (!g.extended[i] && endRow > f.firstRowShown && yEnd >= f.Top() && yEnd <= f.Bottom())
@@ -328,15 +328,16 @@ void DrawGannLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const
     }
 }
 
-void DrawVerticalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f) {
+void DrawVerticalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f,
+                       const PaintContext& ctx, ObjectKinds& converted) {
     if (!chart.drawings || !chart.drawings->verticalLines) return;
     VerticalLineSet& v = *chart.drawings->verticalLines;
-    const Colour colour = PaletteColour(PaletteVerticalLines);
-    device.SetPen(AttachmentPen(colour, false));
-    if (chartMouse.verticalTool) {
-        const int i = chartMouse.selectedVertical;
+    const Colour colour = ctx.ColourOf(PaletteVerticalLines);
+    device.SetPen(AttachmentPen(ctx.style, colour, false));
+    if (ctx.placed.kinds.vertical && !converted.vertical) {
+        const int i = ctx.placed.vertical;
         if (i >= 0 && i < MaxDrawnObjects) v.point[i].x = RowOfPixel(f, v.point[i].x);
-        chartMouse.verticalTool = 0;
+        converted.vertical = true;
     }
     const int B = f.Bottom();
     for (int i = 0; i < MaxDrawnObjects; ++i) {
@@ -353,18 +354,19 @@ void DrawVerticalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f) {
     }
 }
 
-void DrawHorizontalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f) {
+void DrawHorizontalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f,
+                         const PaintContext& ctx, ObjectKinds& converted) {
     if (!chart.drawings || !chart.drawings->horizontalLines) return;
     HorizontalLineSet& hl = *chart.drawings->horizontalLines;
     const ChartScale& s = f.scale;
-    const Colour colour = PaletteColour(PaletteHorizontalLines);
-    device.SetPen(AttachmentPen(colour, false));
-    if (chartMouse.horizontalTool) {
-        const int i = chartMouse.selectedHorizontal;
+    const Colour colour = ctx.ColourOf(PaletteHorizontalLines);
+    device.SetPen(AttachmentPen(ctx.style, colour, false));
+    if (ctx.placed.kinds.horizontal && !converted.horizontal) {
+        const int i = ctx.placed.horizontal;
         if (i >= 0 && i < MaxDrawnObjects)
             hl.value[i] =
                 YToValue(s.bottom, s.bandHeight, s.pixelsPerValue, s.valueMin, hl.point[i].y);
-        chartMouse.horizontalTool = 0;
+        converted.horizontal = true;
     }
     for (int i = 0; i < MaxDrawnObjects; ++i) {
         if (!hl.inUse[i]) continue;
@@ -380,7 +382,7 @@ void DrawHorizontalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f)
 }
 
 void DrawHighlightRegions(Chart& chart, DrawDevice& device, const ObjectFrame& frame,
-                          int selectedRegion, std::int32_t& regionTool) {
+                          const PaintContext& ctx, int selectedRegion, std::int32_t& regionTool) {
     if (!chart.drawings || !chart.drawings->highlights || !chart.view) return;
     HighlightSet& h = *chart.drawings->highlights;
     const ChartScale& s = frame.scale;
@@ -397,7 +399,7 @@ void DrawHighlightRegions(Chart& chart, DrawDevice& device, const ObjectFrame& f
         regionTool = 0;
     }
     const Brush hatch{BrushStyle::Hatch, HatchStyle::BackwardDiagonal,
-                      PaletteColour(PaletteChannelLines)};
+                      ctx.ColourOf(PaletteChannelLines)};
     for (int i = 0; i < MaxDrawnObjects; ++i) {
         if (!h.inUse[i]) continue;
         DeleteAndClear(h.regions[i]);

@@ -7,6 +7,7 @@
 
 #include "chart_model/chart.h"
 #include "rendering/draw_device.h"
+#include "rendering/paint_context.h"
 #include "rendering/scale.h"
 
 namespace velorin {
@@ -43,22 +44,29 @@ void DeriveChannel(Chart& chart, int i, const ObjectFrame& f);
 
 // Brings every trend line and channel back from its stored dates and
 // values to points, then derives the equations; clears anchorsPending.
-void ReanchorDrawnObjects(Chart& chart, const ChartScale& scale, int lastBarX);
+void ReanchorDrawnObjects(Chart& chart, const ChartScale& scale, int lastBarX, int firstRowShown);
 
 // An extended line turns dotted when the last closes have crossed it.
 bool LineIsBroken(const ObjectFrame& f, bool extended, double slopeAngle, double baseValue);
 
-// The paint's object passes. The tool flags of chartMouse make the selected
-// object take its points from the last clicks first.
-void DrawTrendLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font);
-void DrawChannelLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font);
+// The paint's object passes, in the context's colours and attachment
+// thickness. An object of ctx.placed first takes its points from the last
+// clicks, from pixels into rows and values; its kind is then set in
+// `converted`, and the tool that placed it is done.
+void DrawTrendLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font,
+                    const PaintContext& ctx, ObjectKinds& converted);
+void DrawChannelLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font,
+                      const PaintContext& ctx, ObjectKinds& converted);
 // Part of the system but called by no paint.
-void DrawGannLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font);
-void DrawVerticalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f);
-void DrawHorizontalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f);
+void DrawGannLines(Chart& chart, DrawDevice& device, const ObjectFrame& f, const Font& font,
+                   const PaintContext& ctx, ObjectKinds& converted);
+void DrawVerticalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f,
+                       const PaintContext& ctx, ObjectKinds& converted);
+void DrawHorizontalLines(Chart& chart, DrawDevice& device, const ObjectFrame& f,
+                         const PaintContext& ctx, ObjectKinds& converted);
 // Highlights of the overlay chart: `regionTool` set converts the points of
 // `selectedRegion` from pixels into rows and values, and is cleared.
 void DrawHighlightRegions(Chart& chart, DrawDevice& device, const ObjectFrame& f,
-                          int selectedRegion, std::int32_t& regionTool);
+                          const PaintContext& ctx, int selectedRegion, std::int32_t& regionTool);
 
 } // namespace velorin

@@ -7,7 +7,6 @@
 #include "market_data/data_source.h"
 #include "rendering/analysis_curves.h"
 #include "rendering/drawn_objects.h"
-#include "rendering/palette.h"
 
 namespace velorin {
 
@@ -94,9 +93,9 @@ void CopyCaption(const char* text, char (&caption)[CaptionSize]) {
     std::snprintf(caption, CaptionSize, "%.*s", 99, text);
 }
 
-void SetReadoutText(DrawDevice& device) {
+void SetReadoutText(DrawDevice& device, Colour text) {
     device.SetFont(ReadoutFont());
-    device.SetTextColours(PaletteColour(PaletteText), Black);
+    device.SetTextColours(text, Black);
     device.SetTextAlign(AlignLeftTop);
 }
 
@@ -109,7 +108,8 @@ Font ReadoutFont() {
     return Font{ChartFontFace, ReadoutFontHeight, 400};
 }
 
-PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bottom) {
+PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bottom,
+                            const PaintContext& ctx) {
     PaintResult result;
     result.scale = MakeChartScale(right, bottom);
     if (bottom < MinimumPaintHeight) {
@@ -126,9 +126,11 @@ PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bot
 
     ChartScale& scale = result.scale;
     const Font scaleFont = ScaleFont();
-    device.SetBrush(SolidBrush(PaletteColour(PaletteBackground)));
+    const Colour grid = ctx.ColourOf(PaletteGrid);
+    const Colour text = ctx.ColourOf(PaletteText);
+    device.SetBrush(SolidBrush(ctx.ColourOf(PaletteBackground)));
     device.SetFont(scaleFont);
-    device.SetPen(Pen{PenStyle::Solid, 1, PaletteColour(PaletteGrid)});
+    device.SetPen(Pen{PenStyle::Solid, 1, grid});
 
     if (KindIs(chart, "Fibonacci") && chart.fibonacciExtra && chart.fibonacciExtra->upperEnvelope) {
         const double* upper = chart.fibonacciExtra->upperEnvelope;
@@ -143,7 +145,7 @@ PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bot
     ComputeScale(chart, scale);
 
     device.Rectangle(scale.scaleWidth, scale.bandHeight, right, bottom - scale.bandHeight);
-    device.SetTextColours(PaletteColour(PaletteText), Black);
+    device.SetTextColours(text, Black);
     device.SetTextAlign(AlignLeftTop);
 
     const bool priceFamily = IsPriceFamily(chart.kindName);
@@ -152,23 +154,26 @@ PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bot
     // In the price family this pass is for the grid lines; the labels are
     // written again over the bands at the end.
     if (!priceFamily || chart.view->gridOn) {
-        DrawPriceScale(chart, device, scale);
-        DrawTimeScale(chart, dates, device, scale, AlignCentre, chart.view->resolution, n);
+        DrawPriceScale(chart, device, scale, grid);
+        DrawTimeScale(chart, dates, device, scale, AlignCentre, chart.view->resolution, n, grid);
     }
 
-    int lastBarX = renderResults.lastBarX;
-    const int first = DrawKindSeries(chart, device, scale, lastBarX);
-    renderResults.lastBarX = lastBarX;
-    if (first >= 0) renderResults.firstRowShown = first;
+    // A series that plots no row leaves the x of this window's last paint.
+    PaintMemory& memory = ctx.memory;
+    int lastBarX = memory.lastBarX;
+    const int first = DrawKindSeries(chart, device, scale, ctx, lastBarX);
+    memory.lastBarX = lastBarX;
+    if (first >= 0) memory.firstRowShown = first;
 
-    if (chart.anchorsPending == 1) ReanchorDrawnObjects(chart, scale, lastBarX);
-    const ObjectFrame frame = MakeObjectFrame(chart, scale, lastBarX, renderResults.firstRowShown);
-    DrawHorizontalLines(chart, device, frame);
-    DrawVerticalLines(chart, device, frame);
+    if (chart.anchorsPending == 1)
+        ReanchorDrawnObjects(chart, scale, lastBarX, memory.firstRowShown);
+    const ObjectFrame frame = MakeObjectFrame(chart, scale, lastBarX, memory.firstRowShown);
+    DrawHorizontalLines(chart, device, frame, ctx, result.converted);
+    DrawVerticalLines(chart, device, frame, ctx, result.converted);
 
     if (priceFamily) {
-        DrawTrendLines(chart, device, frame, scaleFont);
-        DrawChannelLines(chart, device, frame, scaleFont);
+        DrawTrendLines(chart, device, frame, scaleFont, ctx, result.converted);
+        DrawChannelLines(chart, device, frame, scaleFont, ctx, result.converted);
         // The bands are black whatever the palette says, so nothing spills
         // into the margins; the scales go on top.
         const Brush black = SolidBrush(Black);
@@ -178,34 +183,35 @@ PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bot
         device.FillRect(0, 0, right, scale.bandHeight, black);
         device.FillRect(0, bottom - scale.bandHeight, right, bottom, black);
         device.FillRect(0, 0, scale.scaleWidth, bottom, black);
-        device.SetTextColours(PaletteColour(PaletteText), Black);
+        device.SetTextColours(text, Black);
         device.SetTextAlign(AlignLeftTop);
-        DrawPriceTicks(chart, device, scale);
-        DrawTimeTicks(chart, dates, device, scale, AlignCentre, chart.view->resolution, n);
+        DrawPriceTicks(chart, device, scale, grid);
+        DrawTimeTicks(chart, dates, device, scale, AlignCentre, chart.view->resolution, n, grid);
     }
 
-    if (ReadoutShown(chartMouse, right)) {
-        DrawValueReadout(device, scale, chartMouse.mouseY);
-        result.readoutRow = DrawDateReadout(device, chart, chartMouse.mouseX, lastBarX);
+    if (ReadoutShown(ctx.readout, right)) {
+        DrawValueReadout(device, scale, ctx.readout.mouseY, text);
+        result.readoutRow = DrawDateReadout(device, chart, ctx.readout.mouseX, lastBarX, text);
     }
     return result;
 }
 
 PaintResult PaintPriceChartClipped(DrawDevice& device, Chart& chart, int right, int bottom,
-                                   const PixelRect& clip) {
+                                   const PixelRect& clip, const PaintContext& ctx) {
     device.SetClipRect(&clip);
     CullingDevice culled(device, clip);
-    PaintResult result = PaintPriceChart(culled, chart, right, bottom);
+    PaintResult result = PaintPriceChart(culled, chart, right, bottom, ctx);
     device.SetClipRect(nullptr);
     return result;
 }
 
-bool ReadoutShown(const ChartMouseState& mouse, int right) {
-    return (mouse.crosshairOn || mouse.toolArmed) && mouse.mouseX < right - ReadoutRightMargin;
+bool ReadoutShown(const ReadoutState& readout, int right) {
+    return (readout.crosshairOn || readout.toolArmed) &&
+           readout.mouseX < right - ReadoutRightMargin;
 }
 
-void DrawValueReadout(DrawDevice& device, const ChartScale& scale, int mouseY) {
-    SetReadoutText(device);
+void DrawValueReadout(DrawDevice& device, const ChartScale& scale, int mouseY, Colour textColour) {
+    SetReadoutText(device, textColour);
     const double value =
         (scale.bottom - scale.bandHeight - mouseY) / scale.pixelsPerValue + scale.valueMin;
     char text[400];
@@ -214,8 +220,9 @@ void DrawValueReadout(DrawDevice& device, const ChartScale& scale, int mouseY) {
     device.Text(0, 0, std::string_view(text, len));
 }
 
-int DrawDateReadout(DrawDevice& device, const Chart& chart, int mouseX, int lastBarX) {
-    SetReadoutText(device);
+int DrawDateReadout(DrawDevice& device, const Chart& chart, int mouseX, int lastBarX,
+                    Colour textColour) {
+    SetReadoutText(device, textColour);
     const int n = RowCountOf(chart);
     const double P = chart.view ? chart.view->resolution : 1.0;
     const int row = ReadoutRowAtX(n, P, mouseX, lastBarX);
@@ -237,14 +244,12 @@ void InvertHorizontalHair(DrawDevice& device, int y, int right) {
     device.InvertRect(ScaleWidth, y - 1, right, y);
 }
 
-void MoveCrosshair(DrawDevice& device, ChartMouseState& mouse, int right, int bottom) {
-    if (mouse.toolStep != 0) InvertVerticalHair(device, mouse.hairX, bottom);
-    InvertVerticalHair(device, mouse.mouseX, bottom);
-    if (mouse.toolStep != 0) InvertHorizontalHair(device, mouse.hairY, right);
-    InvertHorizontalHair(device, mouse.mouseY, right);
-    mouse.toolStep = 99;
-    mouse.hairX = mouse.mouseX;
-    mouse.hairY = mouse.mouseY;
+void MoveHairs(DrawDevice& device, bool hadHairs, int oldX, int oldY, int x, int y, int right,
+               int bottom) {
+    if (hadHairs) InvertVerticalHair(device, oldX, bottom);
+    InvertVerticalHair(device, x, bottom);
+    if (hadHairs) InvertHorizontalHair(device, oldY, right);
+    InvertHorizontalHair(device, y, right);
 }
 
 } // namespace velorin

@@ -5,7 +5,7 @@
 
 #include "chart_model/chart.h"
 #include "rendering/draw_device.h"
-#include "rendering/mouse_state.h"
+#include "rendering/paint_context.h"
 #include "rendering/scale.h"
 #include "rendering/series_draw.h"
 
@@ -35,32 +35,35 @@ struct PaintResult {
     char caption[CaptionSize] = {}; // the caption the window is to carry (not for Minimise)
     ChartScale scale;               // the scale of this paint
     int readoutRow = -1;            // row of the date readout when one was drawn, else -1
+    ObjectKinds converted;          // placed objects now in rows and values: tools done
 };
 
-// The whole paint of a price chart window of `right` by `bottom` pixels.
-// Reads the palette, the thickness settings and chartMouse; updates
-// renderResults, the chart's handles and drawn objects.
-PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bottom);
+// The whole paint of a price chart window of `right` by `bottom` pixels,
+// from what `ctx` holds; updates ctx.memory, the chart's handles and drawn
+// objects.
+PaintResult PaintPriceChart(DrawDevice& device, Chart& chart, int right, int bottom,
+                            const PaintContext& ctx);
 // The same paint limited to `clip`: what a window repaints when only a
 // small rectangle is invalid, such as the readout during a crosshair move.
 // Operations wholly outside the clip are not passed to the device.
 PaintResult PaintPriceChartClipped(DrawDevice& device, Chart& chart, int right, int bottom,
-                                   const PixelRect& clip);
+                                   const PixelRect& clip, const PaintContext& ctx);
 
 // Whether the paint writes the readout now.
-bool ReadoutShown(const ChartMouseState& mouse, int right);
-// The value at mouseY, first 7 characters of "%f", at (0, 0).
-void DrawValueReadout(DrawDevice& device, const ChartScale& scale, int mouseY);
+bool ReadoutShown(const ReadoutState& readout, int right);
+// The value at mouseY, first 7 characters of "%f", at (0, 0), in `text` on black.
+void DrawValueReadout(DrawDevice& device, const ChartScale& scale, int mouseY, Colour text);
 // The date text of the row under mouseX with nine blanks after it, at
 // (40, 0). Returns the row.
-int DrawDateReadout(DrawDevice& device, const Chart& chart, int mouseX, int lastBarX);
+int DrawDateReadout(DrawDevice& device, const Chart& chart, int mouseX, int lastBarX, Colour text);
 
 // One-pixel hairs by inversion: a column ending at x from the plot top to
 // the plot bottom, a row ending at y from scaleWidth to right.
 void InvertVerticalHair(DrawDevice& device, int x, int bottom);
 void InvertHorizontalHair(DrawDevice& device, int y, int right);
-// A crosshair move: the old hairs (after the first) and the new ones are
-// inverted; toolStep becomes 99 and hairX, hairY the mouse position.
-void MoveCrosshair(DrawDevice& device, ChartMouseState& mouse, int right, int bottom);
+// A crosshair move: the old hairs at (oldX, oldY), when there are any, are
+// inverted back and the new ones at (x, y) inverted, columns first.
+void MoveHairs(DrawDevice& device, bool hadHairs, int oldX, int oldY, int x, int y, int right,
+               int bottom);
 
 } // namespace velorin

@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "rendering/analysis_curves.h"
-#include "rendering/palette.h"
 
 namespace velorin {
 
@@ -276,10 +275,10 @@ void FormatPriceLabel(double value, int denominator, char (&out)[64]) {
 
 namespace {
 
-void DrawPriceAxis(const Chart& chart, DrawDevice& device, const ChartScale& scale,
-                   bool gridLines) {
+void DrawPriceAxis(const Chart& chart, DrawDevice& device, const ChartScale& scale, bool gridLines,
+                   Colour grid) {
     const int D = DenominatorOf(chart);
-    device.SetPen(Pen{PenStyle::Solid, 1, PaletteColour(PaletteGrid)});
+    device.SetPen(Pen{PenStyle::Solid, 1, grid});
     device.SetTextAlign(AlignLeftTop);
     const double s = PriceScaleStep(scale.valueRange, scale.priceSteps, D);
     char label[64];
@@ -308,9 +307,9 @@ void DrawPriceAxis(const Chart& chart, DrawDevice& device, const ChartScale& sca
 }
 
 void DrawTimeAxis(const DateText* dates, DrawDevice& device, const ChartScale& scale, int align,
-                  double P, int n, bool gridLines) {
+                  double P, int n, bool gridLines, Colour grid) {
     if (!(P > 0.0)) return;
-    device.SetPen(Pen{PenStyle::Solid, 1, PaletteColour(PaletteGrid)});
+    device.SetPen(Pen{PenStyle::Solid, 1, grid});
     device.SetTextAlign(align);
     const int W = scale.Width();
     const double step = scale.tickSpacing / P;
@@ -342,12 +341,12 @@ void DrawTimeAxis(const DateText* dates, DrawDevice& device, const ChartScale& s
 
 } // namespace
 
-void DrawPriceScale(const Chart& chart, DrawDevice& device, const ChartScale& scale) {
-    DrawPriceAxis(chart, device, scale, chart.view && chart.view->gridOn);
+void DrawPriceScale(const Chart& chart, DrawDevice& device, const ChartScale& scale, Colour grid) {
+    DrawPriceAxis(chart, device, scale, chart.view && chart.view->gridOn, grid);
 }
 
-void DrawPriceTicks(const Chart& chart, DrawDevice& device, const ChartScale& scale) {
-    DrawPriceAxis(chart, device, scale, false);
+void DrawPriceTicks(const Chart& chart, DrawDevice& device, const ChartScale& scale, Colour grid) {
+    DrawPriceAxis(chart, device, scale, false, grid);
 }
 
 void DrawRisingScale(DrawDevice& device, int right, int bottom, int bandHeight, int priceSteps,
@@ -370,14 +369,15 @@ void DrawRisingScale(DrawDevice& device, int right, int bottom, int bandHeight, 
 }
 
 void DrawTimeScale(const Chart& chart, const DateText* dates, DrawDevice& device,
-                   const ChartScale& scale, int align, double resolution, int n) {
-    DrawTimeAxis(dates, device, scale, align, resolution, n, chart.view && chart.view->gridOn);
+                   const ChartScale& scale, int align, double resolution, int n, Colour grid) {
+    DrawTimeAxis(dates, device, scale, align, resolution, n, chart.view && chart.view->gridOn,
+                 grid);
 }
 
 void DrawTimeTicks(const Chart& chart, const DateText* dates, DrawDevice& device,
-                   const ChartScale& scale, int align, double resolution, int n) {
+                   const ChartScale& scale, int align, double resolution, int n, Colour grid) {
     (void)chart;
-    DrawTimeAxis(dates, device, scale, align, resolution, n, false);
+    DrawTimeAxis(dates, device, scale, align, resolution, n, false, grid);
 }
 
 } // namespace velorin

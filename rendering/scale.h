@@ -124,17 +124,18 @@ double PriceScaleStep(double valueRange, int priceSteps, int denominator);
 // fractional scale.
 void FormatPriceLabel(double value, int denominator, char (&out)[64]);
 
+// The scales draw their lines and ticks in `grid`.
 // Labels with grid lines (gridOn) or ticks.
-void DrawPriceScale(const Chart& chart, DrawDevice& device, const ChartScale& scale);
+void DrawPriceScale(const Chart& chart, DrawDevice& device, const ChartScale& scale, Colour grid);
 // Labels with ticks, whatever the grid.
-void DrawPriceTicks(const Chart& chart, DrawDevice& device, const ChartScale& scale);
+void DrawPriceTicks(const Chart& chart, DrawDevice& device, const ChartScale& scale, Colour grid);
 // The overlay chart's scale: labels rising from the bottom, no ticks.
 void DrawRisingScale(DrawDevice& device, int right, int bottom, int bandHeight, int priceSteps,
                      double startValue, double valueRange, int labelChars, int raise);
 // Time labels with grid lines (gridOn) or ticks; `dates` may be nullptr.
 void DrawTimeScale(const Chart& chart, const DateText* dates, DrawDevice& device,
-                   const ChartScale& scale, int align, double resolution, int n);
+                   const ChartScale& scale, int align, double resolution, int n, Colour grid);
 void DrawTimeTicks(const Chart& chart, const DateText* dates, DrawDevice& device,
-                   const ChartScale& scale, int align, double resolution, int n);
+                   const ChartScale& scale, int align, double resolution, int n, Colour grid);
 
 } // namespace velorin

@@ -3,12 +3,8 @@
 #include <cstdio>
 
 #include "market_data/data_source.h"
-#include "rendering/palette.h"
-#include "shell/core/shell_state.h"
 
 namespace velorin {
-
-RenderResults renderResults = {};
 
 namespace {
 
@@ -69,11 +65,12 @@ bool FindHandleCentre(const double* series, double offset, int firstRow, int n,
 }
 
 int DrawCurve(int curveSlot, double offset, const double* series, Chart& chart, DrawDevice& device,
-              const ChartScale& scale, int& lastBarX, int n, int thickness) {
+              const ChartScale& scale, const PaintContext& ctx, int& lastBarX, int n,
+              int thickness) {
     const double P = ResolutionOf(chart);
     const int W = scale.Width();
     if (n > MaxRows) n = MaxRows;
-    const Colour colour = PaletteColour(PaletteEntryOfSlot(curveSlot));
+    const Colour colour = ctx.ColourOf(PaletteEntryOfSlot(curveSlot));
     device.SetPen(Pen{PenStyle::Solid, thickness < 1 ? 1 : thickness, colour});
     const Brush brush = SolidBrush(colour);
     const int first = FirstRowOf(n, W, P);
@@ -136,23 +133,25 @@ int WalkPriceRows(const double* a, const double* b, const double* c, Chart& char
 }
 
 void PlacePriceHandles(const double* close, const double* high, int first, Chart& chart,
-                       DrawDevice& device, const ChartScale& scale, int n) {
+                       DrawDevice& device, const ChartScale& scale, const PaintContext& ctx,
+                       int n) {
     const double P = ResolutionOf(chart);
     if (n > MaxRows) n = MaxRows;
     int x = 0, y = 0;
     bool found = FindHandleCentre(close, 0.0, first, n, scale, P, x, y);
-    PlaceHandle(0, found, x, y, chart, device, SolidBrush(PaletteColour(PaletteClose)));
+    PlaceHandle(0, found, x, y, chart, device, SolidBrush(ctx.ColourOf(PaletteClose)));
     found = FindHandleCentre(high, 0.0, first, n, scale, P, x, y);
-    PlaceHandle(1, found, x, y, chart, device, SolidBrush(PaletteColour(PaletteHighLow)));
+    PlaceHandle(1, found, x, y, chart, device, SolidBrush(ctx.ColourOf(PaletteHighLow)));
 }
 
 } // namespace
 
 int DrawBars(const double* high, const double* low, const double* close, Chart& chart,
-             DrawDevice& device, const ChartScale& scale, int& lastBarX, int n) {
-    const Pen barPen{PenStyle::Solid, 1, PaletteColour(PaletteHighLow)};
-    const Pen closePen{PenStyle::Solid, 1, PaletteColour(PaletteClose)};
-    device.SetBrush(SolidBrush(PaletteColour(PaletteBackground)));
+             DrawDevice& device, const ChartScale& scale, const PaintContext& ctx, int& lastBarX,
+             int n) {
+    const Pen barPen{PenStyle::Solid, 1, ctx.ColourOf(PaletteHighLow)};
+    const Pen closePen{PenStyle::Solid, 1, ctx.ColourOf(PaletteClose)};
+    device.SetBrush(SolidBrush(ctx.ColourOf(PaletteBackground)));
     const int first =
         WalkPriceRows(high, low, close, chart, scale, lastBarX, n, [&](int row, int x) {
             device.SetPen(barPen);
@@ -162,16 +161,17 @@ int DrawBars(const double* high, const double* low, const double* close, Chart& 
             const double yc = YReal(scale, close[row]);
             device.Rectangle(x - 2, TruncatePixel(yc - 1.0), x + 2, TruncatePixel(yc + 1.0));
         });
-    PlacePriceHandles(close, high, first, chart, device, scale, n);
+    PlacePriceHandles(close, high, first, chart, device, scale, ctx, n);
     return first;
 }
 
 int DrawCandles(const double* high, const double* low, const double* open, const double* close,
-                Chart& chart, DrawDevice& device, const ChartScale& scale, int& lastBarX, int n) {
-    const Pen wickPen{PenStyle::Solid, 1, PaletteColour(PaletteHighLow)};
-    const Pen bodyPen{PenStyle::Solid, 1, PaletteColour(PaletteClose)};
-    const Brush bodyFill = SolidBrush(PaletteColour(PaletteClose));
-    device.SetBrush(SolidBrush(PaletteColour(PaletteBackground)));
+                Chart& chart, DrawDevice& device, const ChartScale& scale, const PaintContext& ctx,
+                int& lastBarX, int n) {
+    const Pen wickPen{PenStyle::Solid, 1, ctx.ColourOf(PaletteHighLow)};
+    const Pen bodyPen{PenStyle::Solid, 1, ctx.ColourOf(PaletteClose)};
+    const Brush bodyFill = SolidBrush(ctx.ColourOf(PaletteClose));
+    device.SetBrush(SolidBrush(ctx.ColourOf(PaletteBackground)));
     const double vMin = scale.valueMin, ppv = scale.pixelsPerValue;
     const int bh = scale.bandHeight;
     const int first =
@@ -196,25 +196,27 @@ int DrawCandles(const double* high, const double* low, const double* open, const
                                  TruncatePixel(yClose + 1.0));
             }
         });
-    PlacePriceHandles(close, high, first, chart, device, scale, n);
+    PlacePriceHandles(close, high, first, chart, device, scale, ctx, n);
     return first;
 }
 
-int DrawPriceGroup(Chart& chart, DrawDevice& device, const ChartScale& scale, int& lastBarX) {
+int DrawPriceGroup(Chart& chart, DrawDevice& device, const ChartScale& scale,
+                   const PaintContext& ctx, int& lastBarX) {
     const DataColumns* cols = ColumnsOf(chart);
     const int n = chart.rowCount;
     if (!cols || !chart.view) return 0;
     const ChartView& v = *chart.view;
     if (v.showBar)
-        return DrawBars(cols->high, cols->low, cols->close, chart, device, scale, lastBarX, n);
+        return DrawBars(cols->high, cols->low, cols->close, chart, device, scale, ctx, lastBarX, n);
     if (v.showCandle)
         return DrawCandles(cols->high, cols->low, cols->open, cols->close, chart, device, scale,
-                           lastBarX, n);
+                           ctx, lastBarX, n);
+    const int thickness = ctx.style.priceThickness;
     const int first =
-        DrawCurve(0, 0.0, cols->close, chart, device, scale, lastBarX, n, shell.priceThickness);
+        DrawCurve(0, 0.0, cols->close, chart, device, scale, ctx, lastBarX, n, thickness);
     if (v.showHighLow) {
-        DrawCurve(1, 0.0, cols->high, chart, device, scale, lastBarX, n, shell.priceThickness);
-        DrawCurve(2, 0.0, cols->low, chart, device, scale, lastBarX, n, shell.priceThickness);
+        DrawCurve(1, 0.0, cols->high, chart, device, scale, ctx, lastBarX, n, thickness);
+        DrawCurve(2, 0.0, cols->low, chart, device, scale, ctx, lastBarX, n, thickness);
     }
     return first;
 }

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The program's icons, drawn at start: "FRAME" for the frame and the
 // companion views, "GREEN" for chart windows, and "GREEN", "RED" and
 // "YELLOW" as the keys of the fields of the modal dialogs.

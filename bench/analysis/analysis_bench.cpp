@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "analysis/engines.h"
-#include "market_data/series.h"
+#include "base/series.h"
 
 namespace velorin {
 namespace {

@@ -15,6 +15,7 @@
 #include "market_data/date.h"
 #include "shell/core/shell_state.h"
 #include "shell/core/working_blocks.h"
+#include "resources/command_ids.h"
 #include "shell/qt/frame_window.h"
 #include "tests/support/recording_seam.h"
 
@@ -54,7 +55,7 @@ struct DeskFixture {
         frame->FrameCommand(10718);
     }
     ~DeskFixture() {
-        frame->CloseAllChildren();
+        frame->FrameCommand(velorin::cmd::CloseAll);
         delete frame;
         FreeWorkingBlocks();
     }

@@ -10,7 +10,6 @@
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
-#include "shell/core/shell_state.h"
 #include "tools/sample_data/sample_data.h"
 
 namespace {
@@ -43,11 +42,10 @@ const std::string& FullSizeText() {
 
 struct Setup {
     Setup() {
-        ResetShellState();
         ResetMarketDataState();
         AllocateStagingBlocks();
         dateRules.todayDate = TodayFromClock();
-        shell.frameExists = true;
+        dateRules.rejectFuture = true;
         std::strcpy(marketData.selection.currentSource, "DATAFILE");
         std::strcpy(marketData.selection.currentTopic, "/desk/BENCH.PRC");
         std::strcpy(marketData.selection.currentItem, "BENCH");

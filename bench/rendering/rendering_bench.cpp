@@ -14,11 +14,10 @@
 
 #include "chart_model/chart.h"
 #include "market_data/data_source.h"
-#include "rendering/mouse_state.h"
 #include "rendering/palette.h"
 #include "rendering/price_paint.h"
 #include "rendering/qt/qt_draw_device.h"
-#include "shell/core/shell_state.h"
+#include "rendering/style.h"
 
 #ifdef VELORIN_BENCH_QCUSTOMPLOT
 #include <qcustomplot.h>
@@ -34,11 +33,11 @@ constexpr int Rows = 2000;
 constexpr int Slot = 0;
 
 Chart* benchChart = nullptr;
+PaintMemory benchMemory;
 
 // A random walk with a fixed seed: the same candles in every benchmark.
 void MakeChart() {
     if (benchChart) return;
-    ResetShellState();
     NewDataSource(Slot);
     DataSource& s = *SourceAt(Slot);
     s.rowCount = Rows;
@@ -77,26 +76,23 @@ void MakeChart() {
 
 void BM_PaintPriceChart(benchmark::State& state) {
     MakeChart();
-    ResetChartMouseState();
+    PaintContext ctx(palette, drawingStyle, benchMemory);
     QImage image(Width, Height, QImage::Format_RGB32);
     for (auto _ : state) {
         QtDrawDevice device(image);
-        PaintResult r = PaintPriceChart(device, *benchChart, Width, Height);
+        PaintResult r = PaintPriceChart(device, *benchChart, Width, Height, ctx);
         benchmark::DoNotOptimize(r);
     }
-    if (renderResults.firstRowShown != 0) state.SkipWithError("not all rows on screen");
+    if (benchMemory.firstRowShown != 0) state.SkipWithError("not all rows on screen");
     // For a look at the result: VELORIN_BENCH_IMAGE=chart.png
     const QString path = qEnvironmentVariable("VELORIN_BENCH_IMAGE");
     if (!path.isEmpty()) {
-        chartMouse.crosshairOn = 1;
-        chartMouse.mouseX = 900;
-        chartMouse.mouseY = 400;
+        ctx.readout = {900, 400, true, false};
         {
             QtDrawDevice device(image);
-            PaintPriceChart(device, *benchChart, Width, Height);
-            MoveCrosshair(device, chartMouse, Width, Height);
+            PaintPriceChart(device, *benchChart, Width, Height, ctx);
+            MoveHairs(device, false, 0, 0, 900, 400, Width, Height);
         }
-        ResetChartMouseState();
         image.save(path);
     }
 }
@@ -104,24 +100,26 @@ BENCHMARK(BM_PaintPriceChart)->Unit(benchmark::kMillisecond);
 
 void BM_CrosshairMove(benchmark::State& state) {
     MakeChart();
-    ResetChartMouseState();
+    PaintContext ctx(palette, drawingStyle, benchMemory);
     QImage image(Width, Height, QImage::Format_RGB32);
     {
         QtDrawDevice device(image);
-        PaintPriceChart(device, *benchChart, Width, Height);
+        PaintPriceChart(device, *benchChart, Width, Height, ctx);
     }
-    chartMouse.crosshairOn = 1;
+    ctx.readout.crosshairOn = true;
     int step = 0;
     for (auto _ : state) {
-        chartMouse.mouseX = 300 + (step % 500);
-        chartMouse.mouseY = 200 + (step % 300);
-        ++step;
+        const int oldX = ctx.readout.mouseX, oldY = ctx.readout.mouseY;
+        ctx.readout.mouseX = 300 + (step % 500);
+        ctx.readout.mouseY = 200 + (step % 300);
         QtDrawDevice device(image);
-        MoveCrosshair(device, chartMouse, Width, Height);
-        PaintResult r = PaintPriceChartClipped(device, *benchChart, Width, Height, ReadoutRect);
+        MoveHairs(device, step != 0, oldX, oldY, ctx.readout.mouseX, ctx.readout.mouseY, Width,
+                  Height);
+        ++step;
+        PaintResult r =
+            PaintPriceChartClipped(device, *benchChart, Width, Height, ReadoutRect, ctx);
         benchmark::DoNotOptimize(r);
     }
-    ResetChartMouseState();
 }
 BENCHMARK(BM_CrosshairMove)->Unit(benchmark::kMicrosecond);
 

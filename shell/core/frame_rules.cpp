@@ -2,6 +2,9 @@
 
 #include <iterator>
 
+#include "chart_model/desk.h"
+#include "resources/command_ids.h"
+
 namespace velorin {
 namespace {
 
@@ -12,9 +15,11 @@ bool KindIn(int kind, std::initializer_list<int> kinds) {
 }
 
 // Kinds without drawn lines of any sort: the two-series charts and Fibonacci.
-bool NoLinesKind(int kind) { return (kind >= 16 && kind <= 20) || KindIn(kind, {22, 23, 24, 50}); }
+bool NoLinesKind(int kind) {
+    return (kind >= 16 && kind <= 20) || KindIn(kind, {22, 23, 24, 50});
+}
 
-constexpr const char* priceKinds[] = {"RMA", "ESMA",       "WMA",      "MACD", "Perc. Range",
+constexpr const char* priceKinds[] = {"RMA", "ESMA",       "WMA",      "MACD",  "Perc. Range",
                                       "RSI", "Oscillator", "Momentum", "Stdev", "Stochastics"};
 constexpr const char* volumeKinds[] = {"OBV", "Tic Volume", "RVI"};
 
@@ -27,7 +32,8 @@ const char* SourceLimitMessage(int nextSourceSlot, bool datafile) {
 }
 
 const char* ChartLimitMessage(int chartCount, bool restoringLayout) {
-    if (chartCount >= 50 && !restoringLayout) return "Too Many Charts Open - Please close some charts";
+    if (chartCount >= MaxCharts && !restoringLayout)
+        return "Too Many Charts Open - Please close some charts";
     return nullptr;
 }
 
@@ -56,21 +62,22 @@ double ZoomOutResolution(double resolution) {
 
 const char* ChartCommandRefusal(int commandId, int kind) {
     switch (commandId) {
-    case 10707:
-    case 10708:
+    case cmd::SelectEndPointButton:
+    case cmd::SelectAllDataButton:
         return KindIn(kind, {16, 17, 18, 19, 22, 23, 24, 50})
                    ? "Selection not available for this chart"
                    : nullptr;
-    case 10713:
+    case cmd::DrawHoriLineButton:
         return NoLinesKind(kind) ? "Drawing Hori Line not available for this chart" : nullptr;
-    case 10714:
+    case cmd::DrawVertLineButton:
         return NoLinesKind(kind) ? "Drawing Vert Line not available for this chart" : nullptr;
-    case 10715:
-    case 10716: {
-        const bool refused = NoLinesKind(kind) || KindIn(kind, {2, 6, 7, 8, 9, 10, 11, 12, 14, 21, 26});
+    case cmd::DrawTrendButton:
+    case cmd::DrawChannelButton: {
+        const bool refused =
+            NoLinesKind(kind) || KindIn(kind, {2, 6, 7, 8, 9, 10, 11, 12, 14, 21, 26});
         if (!refused) return nullptr;
-        return commandId == 10715 ? "Drawing Trend not available for this chart"
-                                  : "Drawing Channel not available for this chart";
+        return commandId == cmd::DrawTrendButton ? "Drawing Trend not available for this chart"
+                                                 : "Drawing Channel not available for this chart";
     }
     default:
         return nullptr;
@@ -79,8 +86,8 @@ const char* ChartCommandRefusal(int commandId, int kind) {
 
 const char* StyleRefusal(int commandId, int kind, int rowCount, int hasFullColumns) {
     if (!KindIn(kind, {1, 3, 4, 5, 13, 15, 19})) return "Please Select Chart With Price Line";
-    if (commandId == 10712 && rowCount < 26) return "Insufficient data";
-    if (commandId != 10709 && !hasFullColumns) return "Insufficient data";
+    if (commandId == cmd::CandleStickButton && rowCount < 26) return "Insufficient data";
+    if (commandId != cmd::PriceLineButton && !hasFullColumns) return "Insufficient data";
     return nullptr;
 }
 

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The frame's rules that need no window: limits, zoom steps, the refusals
 // of the drawing and style commands, and the Make All lists.
 

@@ -1,7 +1,8 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The main menu as data, and the rule that keeps it in line with whether any
 // child window is open.
+
+#include "resources/command_ids.h"
 
 namespace velorin {
 
@@ -17,15 +18,15 @@ struct MenuEntry {
 const MenuEntry* MainMenuEntries(int* count);
 
 // The commands greyed while no child window is open, in the order they are
-// enabled. 10404 serves as the sentinel of the whole list.
+// enabled. Correlation serves as the sentinel of the whole list.
 const int* GatedCommands(int* count);
-inline constexpr int GatedSentinelId = 10404;
+inline constexpr int GatedSentinelId = cmd::Correlation;
 
 // What UpdateMenuState needs of a menu.
 class MenuModel {
   public:
     virtual ~MenuModel() = default;
-    virtual bool IsGreyed(int id) const = 0; // false for ids without an item
+    virtual bool IsGreyed(int id) const = 0;         // false for ids without an item
     virtual void SetGreyed(int id, bool greyed) = 0; // ignored for ids without an item
 };
 

@@ -1,20 +1,34 @@
 #include "shell/core/shell_state.h"
 
-#include <cstring>
-
 namespace velorin {
 
 ShellState shell;
+RefreshCycle refreshCycle;
 
 void ResetShellState() {
-    std::memset(&shell, 0, sizeof shell);
-    shell.realTimeOn = 1;
-    shell.fetchFrequencyMinutes = 0;
-    shell.defaultFreePlaced = 1;
-    shell.defaultExtended = 0;
-    shell.priceThickness = 1;
-    shell.modelThickness = 1;
-    shell.attachmentThickness = 1;
+    shell = {};
+}
+
+void ResetRefreshCycle() {
+    refreshCycle = {};
+    refreshCycle.realTimeOn = 1;
+}
+
+TimerWork DueTimerWork(int timerId, int chartCount, std::int64_t now) {
+    if (chartCount == 0) return TimerWork::None;
+    if (timerId == RealTimeTimerId) {
+        if (refreshCycle.realTimeOn) return TimerWork::None;
+        ++refreshCycle.pendingRefreshRuns;
+        return TimerWork::RefreshPendingCharts;
+    }
+    if (timerId == RefetchTimerId) {
+        const std::int64_t period = std::int64_t{refreshCycle.fetchFrequencyMinutes} * 60;
+        if (now - refreshCycle.lastRefetchTime < period) return TimerWork::None;
+        ++refreshCycle.refetchRuns;
+        refreshCycle.lastRefetchTime = now;
+        return TimerWork::RefetchAllSources;
+    }
+    return TimerWork::None;
 }
 
 } // namespace velorin

@@ -1,49 +1,47 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
-// The shell's program-wide state: one record, alive from start-up to exit.
+// The shell's program-wide records, alive from start-up to exit: the
+// frame's own state, and the timing of the refresh cycle.
 
 #include <cstdint>
 
 namespace velorin {
 
-inline constexpr int MaxCharts = 50;
-
 struct ShellState {
-    bool frameExists;            // the frame window has been created
-    std::int32_t chartCount;     // open MDI children of every class; limit MaxCharts
-    std::int32_t restoringLayout;
-    std::int32_t batchRunning;   // chart creation messages are silenced
-    std::int32_t realTimeOn;     // the "Real Time" toggle; 1 at start
-    std::int32_t fetchFrequencyMinutes;
-    std::int64_t lastRefetchTime; // seconds
+    std::int32_t restoringLayout; // a layout is being restored: chart creation takes its rows
+    std::int32_t batchRunning;    // a Make All batch: chart creation messages are silenced
+    std::int32_t lastConnectOk;   // the last connection command made its chart
+    std::int32_t hintCaptured;    // the button bar holds the mouse for its hint
     char osMinorText[16];
     char settingsPath[512];
-    std::int32_t hintCaptured;
-
-    // Frame command options.
-    std::int32_t lastConnectOk;
     char layoutPath[512];
-    std::int32_t defaultFreePlaced; // "Data Value": 1 at start, item checked when 0
-    std::int32_t defaultExtended;   // "Line Extend"
-    std::int32_t priceThickness;    // 1, 2 or 3
-    std::int32_t modelThickness;
-    std::int32_t attachmentThickness;
 };
-
 extern ShellState shell;
-
-// Start-up values.
 void ResetShellState();
 
-} // namespace velorin
-
-namespace velorin {
-
-// Work of the periodic timers, installed by the live data layer.
-struct CycleHooks {
-    void (*refreshPendingCharts)() = nullptr;
-    void (*refetchAllSources)() = nullptr;
+// The two periodic timers: 1 refreshes charts that wait for data while Real
+// Time is off, 3 refetches every file and database source once the fetch
+// frequency has passed.
+struct RefreshCycle {
+    std::int32_t realTimeOn; // the "Real Time" toggle; 1 at start
+    std::int32_t fetchFrequencyMinutes;
+    std::int64_t lastRefetchTime;    // seconds
+    std::int32_t pendingRefreshRuns; // timer work done, counted
+    std::int32_t refetchRuns;
 };
-inline CycleHooks cycleHooks;
+extern RefreshCycle refreshCycle;
+void ResetRefreshCycle();
+
+inline constexpr int RealTimeTimerId = 1;
+inline constexpr int RealTimeTimerMilliseconds = 25000;
+inline constexpr int RefetchTimerId = 3;
+inline constexpr int RefetchTimerMilliseconds = 60000;
+
+enum class TimerWork { None, RefreshPendingCharts, RefetchAllSources };
+
+// What one tick of timer `timerId` does at `now` (seconds) with
+// `chartCount` charts open: nothing without charts; timer 1 only while Real
+// Time is off; timer 3 only once the fetch frequency has passed, and then it
+// counts from `now` again.
+TimerWork DueTimerWork(int timerId, int chartCount, std::int64_t now);
 
 } // namespace velorin

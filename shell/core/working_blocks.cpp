@@ -1,9 +1,14 @@
 #include "shell/core/working_blocks.h"
 
+#include "base/user_seam.h"
+#include "chart_model/desk.h"
 #include "chart_model/price_chart.h"
+#include "interaction/mouse_state.h"
 #include "market_data/data_source.h"
+#include "market_data/date.h"
+#include "rendering/palette.h"
+#include "rendering/style.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
 
 namespace velorin {
 
@@ -15,12 +20,24 @@ bool AllocateWorkingBlocks() {
     return false;
 }
 
-void FreeWorkingBlocks() { ReleaseStagingBlocks(); }
+void FreeWorkingBlocks() {
+    ReleaseStagingBlocks();
+}
 
 void ResetProgramState() {
+    // The shell
     ResetShellState();
+    ResetRefreshCycle();
+    // Market data: the source table and selection (the staging blocks stay), the date rules
     ResetMarketDataState();
+    ResetDateRules();
+    // Chart model: defaults of new charts, the desk registry
     ResetChartDefaults();
+    ResetDeskRegistry();
+    // Rendering and interaction: colours, line style, the mouse and tools
+    ResetPalette();
+    ResetDrawingStyle();
+    ResetChartMouseState();
 }
 
 } // namespace velorin

@@ -1,6 +1,6 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
-// The blocks that live from start-up to exit.
+// The blocks that live from start-up to exit, and the start-up values of
+// every program-wide record.
 
 namespace velorin {
 
@@ -9,7 +9,8 @@ namespace velorin {
 bool AllocateWorkingBlocks();
 void FreeWorkingBlocks();
 
-// Start-up values of every program-wide record.
+// Start-up values of every program-wide record, each through its owner's
+// reset. The staging blocks, the installed seams and the desk stay.
 void ResetProgramState();
 
 } // namespace velorin

@@ -14,7 +14,7 @@
 
 #include "market_data/date.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
+#include "base/user_seam.h"
 #include "shell/core/working_blocks.h"
 #include "shell/qt/dialogs.h"
 #include "shell/qt/frame_window.h"

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // Start-up, the event loop and the exit of the desktop program.
 
 namespace velorin {

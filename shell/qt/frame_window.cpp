@@ -8,24 +8,21 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QStyle>
 #include <QTimer>
+
+#include <algorithm>
 
 #include <cstring>
 #include <ctime>
 
-#include "chart_model/analysis_chart.h"
-#include "chart_model/price_chart.h"
-#include "interaction/chart_window_port.h"
 #include "interaction/child_view.h"
 #include "interaction/price_child.h"
-#include "market_data/connect.h"
-#include "market_data/data_file.h"
-#include "market_data/data_source.h"
-#include "rendering/palette.h"
+#include "market_data/date.h"
+#include "rendering/style.h"
+#include "resources/command_ids.h"
 #include "resources/icons.h"
-#include "shell/core/frame_rules.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/user_seam.h"
 #include "shell/qt/dialogs.h"
 
 namespace velorin {
@@ -33,12 +30,6 @@ namespace velorin {
 FrameWindow* FrameWindow::instance_ = nullptr;
 
 namespace {
-
-constexpr int FirstWindowListId = 559;
-
-void Inform(const char* text) {
-    Seam().ShowMessage(text, "QDX-Velorin", MessageIcon::Information);
-}
 
 // F1 over an open menu chooses the highlighted entry.
 class MenuF1Filter final : public QObject {
@@ -59,7 +50,7 @@ class MenuF1Filter final : public QObject {
 
 // Tile Horizontal puts the windows one above the other, Tile Vertical side
 // by side; minimised windows keep their place.
-void TileChildren(QMdiArea* area, bool horizontal) {
+void TileSubWindows(QMdiArea* area, bool horizontal) {
     QList<QMdiSubWindow*> subs;
     for (QMdiSubWindow* sub : area->subWindowList(QMdiArea::StackingOrder))
         if (sub->isVisible() && !sub->isMinimized()) subs.prepend(sub);
@@ -80,7 +71,7 @@ void TileChildren(QMdiArea* area, bool horizontal) {
 }
 
 // Minimised windows in a row along the bottom of the desk.
-void ArrangeIcons(QMdiArea* area) {
+void ArrangeMinimised(QMdiArea* area) {
     int x = 0;
     const int bottom = area->viewport()->height();
     for (QMdiSubWindow* sub : area->subWindowList(QMdiArea::CreationOrder)) {
@@ -113,46 +104,25 @@ FrameWindow::FrameWindow(QWidget* parent) : QMainWindow(parent) {
     });
     BuildMenus();
 
-    windowHooks.createChild = &FrameWindow::CreateChild;
-    deskHooks.menuStateChanged = [] {
-        if (instance_) instance_->UpdateMenuState();
-    };
-    deskWindowHooks.activeChart = [](WindowId* windowOut) -> Chart* {
-        QMdiSubWindow* sub = instance_ ? instance_->FindActiveChild() : nullptr;
-        ChildView* view = ViewOf(sub);
-        if (windowOut) *windowOut = reinterpret_cast<WindowId>(sub);
-        return view ? view->chart() : nullptr;
-    };
-    chartActionHooks.repaintAllCharts = [] {
-        if (instance_) instance_->RepaintAllCharts();
-    };
-    deskWindowHooks.invalidate = [](WindowId window) {
-        if (!instance_) return;
-        for (QMdiSubWindow* sub : instance_->mdiClient_->subWindowList())
-            if (reinterpret_cast<WindowId>(sub) == window)
-                if (ChildView* view = ViewOf(sub)) view->Invalidate();
-    };
+    previousDesk_ = InstallDesk(this);
 
     realTimeTimer_ = new QTimer(this);
-    realTimeTimer_->setInterval(25000);
-    connect(realTimeTimer_, &QTimer::timeout, this, [this] { TimerTick(1); });
+    realTimeTimer_->setInterval(RealTimeTimerMilliseconds);
+    connect(realTimeTimer_, &QTimer::timeout, this, [this] { TimerTick(RealTimeTimerId); });
     realTimeTimer_->start();
     refetchTimer_ = new QTimer(this);
-    refetchTimer_->setInterval(60000);
-    connect(refetchTimer_, &QTimer::timeout, this, [this] { TimerTick(3); });
+    refetchTimer_->setInterval(RefetchTimerMilliseconds);
+    connect(refetchTimer_, &QTimer::timeout, this, [this] { TimerTick(RefetchTimerId); });
     refetchTimer_->start();
-    shell.lastRefetchTime = static_cast<std::int64_t>(std::time(nullptr));
-    shell.frameExists = true;
+    refreshCycle.lastRefetchTime = static_cast<std::int64_t>(std::time(nullptr));
+    dateRules.rejectFuture = true;
 }
 
 FrameWindow::~FrameWindow() {
     DestroyFrame();
-    if (windowHooks.createChild == &FrameWindow::CreateChild) windowHooks.createChild = nullptr;
-    deskHooks.menuStateChanged = nullptr;
-    deskWindowHooks = {};
-    chartActionHooks.repaintAllCharts = nullptr;
+    InstallDesk(previousDesk_);
     if (instance_ == this) instance_ = nullptr;
-    shell.frameExists = false;
+    dateRules.rejectFuture = false;
 }
 
 void FrameWindow::BuildMenus() {
@@ -193,11 +163,13 @@ void FrameWindow::BuildMenus() {
         }
     }
     // Check marks come and go on these; the rest never show one.
-    for (int id : {20702, 10505, 10506, 10508, 10509, 10510, 10511, 10512, 10513, 10514, 10515,
-                   10516, 10110})
+    for (int id : {cmd::FilterData, cmd::DataValueDefault, cmd::LineExtendDefault, cmd::RealTime})
+        if (QAction* a = action(id)) a->setCheckable(true);
+    for (int id = cmd::PriceThin; id <= cmd::AttachmentThick; ++id)
         if (QAction* a = action(id)) a->setCheckable(true);
     // The Data Value item is checked while the option is 0.
-    if (QAction* a = action(10505)) a->setChecked(shell.defaultFreePlaced == 0);
+    if (QAction* a = action(cmd::DataValueDefault))
+        a->setChecked(drawingStyle.defaultFreePlaced == 0);
     if (windowMenu_) connect(windowMenu_, &QMenu::aboutToShow, this, &FrameWindow::FillWindowMenu);
 }
 
@@ -218,7 +190,7 @@ void FrameWindow::FillWindowMenu() {
         QAction* a =
             windowMenu_->addAction(QStringLiteral("&%1 %2").arg(n + 1).arg(sub->windowTitle()));
         a->setProperty("windowList", true);
-        a->setData(FirstWindowListId + n);
+        a->setData(cmd::FirstWindowListItem + n);
         a->setCheckable(true);
         a->setChecked(sub == mdiClient_->activeSubWindow());
         connect(a, &QAction::triggered, this, [this, sub] {
@@ -240,8 +212,12 @@ void FrameWindow::SetGreyed(int id, bool greyed) {
     if (QAction* a = action(id)) a->setEnabled(!greyed);
 }
 
-void FrameWindow::UpdateMenuState() {
-    velorin::UpdateMenuState(*this, shell.chartCount, nullptr, 0);
+void FrameWindow::MenuStateChanged() {
+    UpdateFrameMenuState(*this);
+}
+
+void FrameWindow::FrameCommand(int commandId) {
+    velorin::FrameCommand(*this, commandId);
 }
 
 QMdiSubWindow* FrameWindow::FindActiveChild() const {
@@ -255,16 +231,25 @@ QMdiSubWindow* FrameWindow::FindActiveChild() const {
     return first;
 }
 
-Chart* FrameWindow::RequireChart() {
-    ChildView* view = ViewOf(FindActiveChild());
-    if (!view || !view->chart()) return nullptr;
-    Chart* chart = view->chart();
-    if (std::strcmp(chart->kindName, "Data View") == 0 ||
-        std::strcmp(chart->kindName, "Levels View") == 0) {
-        Inform("Please Select Chart");
-        return nullptr;
-    }
-    return chart;
+Chart* FrameWindow::ActiveChart(WindowId* windowOut) {
+    QMdiSubWindow* sub = FindActiveChild();
+    if (windowOut) *windowOut = reinterpret_cast<WindowId>(sub);
+    ChildView* view = ViewOf(sub);
+    return view ? view->chart() : nullptr;
+}
+
+ChildView* FrameWindow::ViewOfWindow(WindowId window) const {
+    for (QMdiSubWindow* sub : mdiClient_->subWindowList())
+        if (reinterpret_cast<WindowId>(sub) == window) return ViewOf(sub);
+    return nullptr;
+}
+
+void FrameWindow::Invalidate(WindowId window) {
+    if (ChildView* view = ViewOfWindow(window)) view->Invalidate();
+}
+
+void FrameWindow::SendChartCommand(WindowId window, int commandId) {
+    if (ChildView* view = ViewOfWindow(window)) view->Command(commandId);
 }
 
 void FrameWindow::CloseAllChildren() {
@@ -276,9 +261,6 @@ void FrameWindow::CloseAllChildren() {
         mdiClient_->removeSubWindow(top);
         delete top;
     }
-    marketData.nextSourceSlot = 0;
-    shell.chartCount = 0;
-    UpdateMenuState();
 }
 
 void FrameWindow::RepaintAllCharts() {
@@ -287,9 +269,52 @@ void FrameWindow::RepaintAllCharts() {
     }
 }
 
+void FrameWindow::Tile(bool horizontal) {
+    TileSubWindows(mdiClient_, horizontal);
+}
+
+void FrameWindow::ArrangeIcons() {
+    ArrangeMinimised(mdiClient_);
+}
+
+void FrameWindow::Cascade() {
+    // From the top left, each window a title bar lower and further right
+    // than the one under it, all of one size: most of the desk.
+    QList<QMdiSubWindow*> subs;
+    for (QMdiSubWindow* sub : mdiClient_->subWindowList(QMdiArea::StackingOrder))
+        if (sub->isVisible() && !sub->isMinimized()) subs.append(sub);
+    if (subs.isEmpty()) return;
+    const QSize area = mdiClient_->viewport()->size();
+    const int step =
+        subs.first()->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, subs.first()) +
+        subs.first()->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const int n = static_cast<int>(subs.size());
+    const int width = std::max(area.width() * 2 / 3, area.width() - (n - 1) * step);
+    const int height = std::max(area.height() * 2 / 3, area.height() - (n - 1) * step);
+    // Windows that would reach past the desk start again from the top left.
+    const int perRun = std::max(1, std::min((area.width() - width) / std::max(step, 1),
+                                            (area.height() - height) / std::max(step, 1)) +
+                                       1);
+    for (int i = 0; i < n; ++i) {
+        QMdiSubWindow* sub = subs.at(i);
+        if (sub->isMaximized()) sub->showNormal();
+        const int offset = (i % perRun) * step;
+        sub->setGeometry(offset, offset, width, height);
+        sub->raise();
+    }
+    mdiClient_->setActiveSubWindow(subs.last());
+}
+
+void FrameWindow::SetChecked(int commandId, bool checked) {
+    if (QAction* a = action(commandId)) a->setChecked(checked);
+}
+
+void FrameWindow::ShowAbout() {
+    RunAboutDialog(this);
+}
+
 WindowId FrameWindow::CreateChild(const ChildWindowRequest& request) {
-    if (!instance_) return 0;
-    QMdiArea* area = instance_->mdiClient_;
+    QMdiArea* area = mdiClient_;
     ChildView* view = nullptr;
     switch (request.windowClass) {
     case WindowClass::PriceChild:
@@ -325,207 +350,7 @@ WindowId FrameWindow::CreateChild(const ChildWindowRequest& request) {
 }
 
 void FrameWindow::TimerTick(int timerId) {
-    if (shell.chartCount == 0) return;
-    if (timerId == 1) {
-        if (shell.realTimeOn) return;
-        WaitCursor wait;
-        ++pendingRefreshRuns_;
-        if (cycleHooks.refreshPendingCharts) cycleHooks.refreshPendingCharts();
-    } else if (timerId == 3) {
-        const auto now = static_cast<std::int64_t>(std::time(nullptr));
-        if (now - shell.lastRefetchTime < std::int64_t{shell.fetchFrequencyMinutes} * 60) return;
-        WaitCursor wait;
-        ++refetchRuns_;
-        if (cycleHooks.refetchAllSources) cycleHooks.refetchAllSources();
-        shell.lastRefetchTime = static_cast<std::int64_t>(std::time(nullptr));
-    }
-}
-
-void FrameWindow::ConnectDataFile() {
-    shell.lastConnectOk = 0;
-    if (const char* m = SourceLimitMessage(marketData.nextSourceSlot, true)) return Inform(m);
-    if (const char* m = ChartLimitMessage(shell.chartCount, shell.restoringLayout)) {
-        Seam().ShowMessage(m, ChartLimitCaption, MessageIcon::Information);
-        return;
-    }
-    if (!LoadDataFile(shell.restoringLayout)) return;
-    WaitCursor wait;
-    if (ConnectDataSource() && CreatePriceChart("Price", 0) == 1) {
-        shell.lastConnectOk = 1;
-        UpdateMenuState();
-    }
-}
-
-void FrameWindow::SetThickness(int commandId) {
-    const int group = (commandId - 10508) / 3; // 0 price, 1 model, 2 attachments
-    const int value = (commandId - 10508) % 3 + 1;
-    std::int32_t* target = group == 0   ? &shell.priceThickness
-                           : group == 1 ? &shell.modelThickness
-                                        : &shell.attachmentThickness;
-    if (*target == value) return;
-    const int base = 10508 + group * 3;
-    for (int id = base; id < base + 3; ++id)
-        if (QAction* a = action(id)) a->setChecked(id == commandId);
-    *target = value;
-    RepaintAllCharts();
-}
-
-void FrameWindow::FrameCommand(int id) {
-    auto toggle = [this](int commandId, std::int32_t& flag, bool checkedWhenSet) {
-        flag = flag ? 0 : 1;
-        if (QAction* a = action(commandId)) a->setChecked(checkedWhenSet ? flag != 0 : flag == 0);
-    };
-    switch (id) {
-    case 10105: { // New
-        WaitCursor wait;
-        shell.layoutPath[0] = '\0';
-        CloseAllChildren();
-        break;
-    }
-    case 10101: // Exit: no question asked
-        DestroyFrame();
-        break;
-    case 10718:
-        ConnectDataFile();
-        break;
-    case 20702:
-        toggle(id, marketData.filterOn, true);
-        break;
-    case 10110:
-        // Live conversations follow the toggle once the feeds exist.
-        toggle(id, shell.realTimeOn, true);
-        break;
-    case 10505:
-        toggle(id, shell.defaultFreePlaced, false);
-        break;
-    case 10506:
-        toggle(id, shell.defaultExtended, true);
-        break;
-    case 10508:
-    case 10509:
-    case 10510:
-    case 10511:
-    case 10512:
-    case 10513:
-    case 10514:
-    case 10515:
-    case 10516:
-        SetThickness(id);
-        break;
-    case 10507: // Default colours
-        RestoreDefaultColours();
-        RepaintAllCharts();
-        break;
-    case 10601:
-        mdiClient_->cascadeSubWindows();
-        break;
-    case 10602: // Tile Vertical: side by side
-    case 10603: // Tile Horizontal: one above the other
-        TileChildren(mdiClient_, id == 10603);
-        break;
-    case 10604:
-        ArrangeIcons(mdiClient_);
-        break;
-    case 10605:
-        CloseAllChildren();
-        break;
-    case 10701:
-        RunAboutDialog(this);
-        break;
-    case 10202:
-    case 10302: {
-        WaitCursor wait;
-        MakeAll(id == 10202);
-        break;
-    }
-    default:
-        if (id >= 10703 && id <= 10716) {
-            ButtonCommand(id);
-        } else if (const ChartKindInfo* kind = KindByCommand(id);
-                   kind && kind->windowClass == WindowClass::PriceChild &&
-                   kind->layout != LayoutPair) {
-            if (!ChartLimitOk()) return;
-            WaitCursor wait;
-            CreateAnalysisChart(kind->kindName);
-        }
-        // Connect, Database, the layout, print and image commands and the
-        // two-instrument analyses arrive with their subsystems.
-        break;
-    }
-}
-
-bool FrameWindow::ChartLimitOk() {
-    if (const char* m = ChartLimitMessage(shell.chartCount, shell.restoringLayout)) {
-        Seam().ShowMessage(m, ChartLimitCaption, MessageIcon::Information);
-        return false;
-    }
-    return true;
-}
-
-void FrameWindow::MakeAll(bool prices) {
-    if (!FindActiveChild()) return Inform("Non Existent Connection To Data source");
-    int count = 0;
-    const char* const* kinds = prices ? MakeAllPriceKinds(&count) : MakeAllVolumeKinds(&count);
-    for (int i = 0; i < count; ++i) {
-        if (!ChartLimitOk()) return;
-        if (CreateAnalysisChart(kinds[i]) != 1) return;
-    }
-    TileChildren(mdiClient_, true);
-}
-
-void FrameWindow::ButtonCommand(int id) {
-    if (id >= 10709 && id <= 10712) {
-        // The styles look at the window in front without the companion test.
-        ChildView* view = ViewOf(FindActiveChild());
-        Chart* chart = view ? view->chart() : nullptr;
-        if (!chart) return;
-        if (const char* m = StyleRefusal(id, chart->kind, chart->rowCount, chart->hasFullColumns))
-            return Inform(m);
-        ChartView& v = *chart->view;
-        v.showLine = id == 10709;
-        v.showHighLow = id == 10710;
-        v.showBar = id == 10711;
-        v.showCandle = id == 10712;
-        view->Invalidate();
-        return;
-    }
-    Chart* chart = RequireChart();
-    if (!chart) return;
-    ChildView* view = ViewOf(FindActiveChild());
-    if (const char* m = ChartCommandRefusal(id, chart->kind)) return Inform(m);
-    switch (id) {
-    case 10703:
-    case 10704:
-        chart->view->resolution = id == 10703 ? ZoomInResolution(chart->view->resolution)
-                                              : ZoomOutResolution(chart->view->resolution);
-        view->Invalidate();
-        break;
-    case 10705:
-        view->Command(20701);
-        break;
-    case 10706:
-        break; // the Data View arrives with its window
-    case 10707:
-        view->Command(20311);
-        break;
-    case 10708:
-        view->Command(20312);
-        break;
-    case 10713:
-        view->Command(20513);
-        break;
-    case 10714:
-        view->Command(20512);
-        break;
-    case 10715:
-        view->Command(20501);
-        break;
-    case 10716:
-        view->Command(20502);
-        break;
-    default:
-        break;
-    }
+    FrameTimerTick(timerId);
 }
 
 void FrameWindow::DestroyFrame() {
@@ -533,7 +358,7 @@ void FrameWindow::DestroyFrame() {
     destroyed_ = true;
     realTimeTimer_->stop();
     refetchTimer_->stop();
-    CloseAllChildren();
+    CloseAllCharts(*this);
     QApplication::quit();
 }
 

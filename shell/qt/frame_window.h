@@ -1,14 +1,13 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
-// The frame: menu bar, the desk of child windows, the two periodic timers,
-// and the dispatcher of every frame command.
+// The frame: menu bar, the desk of child windows and the two periodic
+// timers. It builds the menus and forwards every command id to the
+// Qt-free FrameCommand, and carries out what the commands ask of windows.
 
 #include <QHash>
 #include <QMainWindow>
 #include <QPointer>
 
-#include "chart_model/price_chart.h"
-#include "shell/core/menu_def.h"
+#include "shell/core/frame_commands.h"
 
 class QAction;
 class QMdiArea;
@@ -20,7 +19,7 @@ namespace velorin {
 
 class ChildView;
 
-class FrameWindow final : public QMainWindow, private MenuModel {
+class FrameWindow final : public QMainWindow, private Frame {
     Q_OBJECT
   public:
     explicit FrameWindow(QWidget* parent = nullptr);
@@ -34,20 +33,11 @@ class FrameWindow final : public QMainWindow, private MenuModel {
     // The child a command works on: the active one, or a minimised window
     // lying directly under it. May be null.
     QMdiSubWindow* FindActiveChild() const;
-    // The chart a chart command works on; null (and a message for the two
-    // companion views) when there is none.
-    Chart* RequireChart();
-    void CloseAllChildren();
-    void UpdateMenuState();
-    void RepaintAllCharts();
 
     QMdiArea* mdiClient() const { return mdiClient_; }
     QAction* action(int commandId) const { return actions_.value(commandId, nullptr); }
-    // Timer work, exposed for tests: what one tick of timer 1 or 3 does.
+    // What one tick of timer 1 or 3 does (tests call it).
     void TimerTick(int timerId);
-    // Counters of the timer work done (tests read them).
-    int pendingRefreshRuns() const { return pendingRefreshRuns_; }
-    int refetchRuns() const { return refetchRuns_; }
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -56,19 +46,25 @@ class FrameWindow final : public QMainWindow, private MenuModel {
     // MenuModel
     bool IsGreyed(int id) const override;
     void SetGreyed(int id, bool greyed) override;
+    // Desk
+    WindowId CreateChild(const ChildWindowRequest& request) override;
+    Chart* ActiveChart(WindowId* windowOut) override;
+    void Invalidate(WindowId window) override;
+    void RepaintAllCharts() override;
+    void Tile(bool horizontal) override;
+    void CloseAllChildren() override;
+    void MenuStateChanged() override;
+    // Frame
+    void SetChecked(int commandId, bool checked) override;
+    void Cascade() override;
+    void ArrangeIcons() override;
+    void DestroyFrame() override;
+    void ShowAbout() override;
+    void SendChartCommand(WindowId window, int commandId) override;
 
     void BuildMenus();
     void FillWindowMenu();
-    void DestroyFrame();
-    void ConnectDataFile();
-    void SetThickness(int commandId);
-    // The chart limit, with its message when reached.
-    bool ChartLimitOk();
-    // The analyses of one Make All, tiled when all of them opened.
-    void MakeAll(bool prices);
-    // Commands only the button bar sends (10703 to 10716).
-    void ButtonCommand(int id);
-    static WindowId CreateChild(const ChildWindowRequest& request);
+    ChildView* ViewOfWindow(WindowId window) const;
 
     static FrameWindow* instance_;
     QMdiArea* mdiClient_ = nullptr;
@@ -78,8 +74,7 @@ class FrameWindow final : public QMainWindow, private MenuModel {
     QTimer* realTimeTimer_ = nullptr;
     QTimer* refetchTimer_ = nullptr;
     bool destroyed_ = false;
-    int pendingRefreshRuns_ = 0;
-    int refetchRuns_ = 0;
+    Desk* previousDesk_ = nullptr;
 };
 
 } // namespace velorin

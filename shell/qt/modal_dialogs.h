@@ -1,11 +1,10 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The modal dialogs the user seam runs on the desktop: dialogs of editable
 // combo boxes, a read-only values dialog and the colour dialog.
 
 #include <cstdint>
 
-#include "shell/core/user_seam.h"
+#include "base/user_seam.h"
 
 class QWidget;
 

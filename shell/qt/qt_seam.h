@@ -1,9 +1,8 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The desktop implementation of the user seam: Qt message boxes, file
 // dialogs, the override cursor, and the modal dialogs of shell/qt/modal_dialogs.h.
 
-#include "shell/core/user_seam.h"
+#include "base/user_seam.h"
 
 class QWidget;
 

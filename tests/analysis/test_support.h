@@ -7,9 +7,11 @@
 #include <cstring>
 #include <vector>
 
-#include "market_data/series.h"
+#include "base/series.h"
 
 namespace velorin::test {
+
+using Series = std::vector<double>;
 
 // Portable generator (the standard distributions differ between libraries).
 class Lcg {
@@ -20,6 +22,7 @@ class Lcg {
         return static_cast<double>(state_ >> 11) * (1.0 / 9007199254740992.0);
     }
     double Range(double lo, double hi) { return lo + (hi - lo) * Uniform(); }
+    int Below(int n) { return static_cast<int>(Uniform() * n); }
 
   private:
     std::uint64_t state_;
@@ -27,9 +30,9 @@ class Lcg {
 
 // A daily close: a random walk with drift and a slow cycle, kept positive and
 // rounded to cents, so that flat days and equal closes occur.
-inline std::vector<double> PriceHistory(int n = MaxRows, std::uint64_t seed = 7) {
+inline Series PriceHistory(int n = MaxRows, std::uint64_t seed = 7) {
     Lcg g(seed);
-    std::vector<double> close(n);
+    Series close(n);
     double price = 100.0;
     for (int i = 0; i < n; ++i) {
         price += g.Range(-1.5, 1.55) + 0.4 * std::sin(i / 40.0);
@@ -40,16 +43,16 @@ inline std::vector<double> PriceHistory(int n = MaxRows, std::uint64_t seed = 7)
 }
 
 // Volumes in thousands, some at or below 100 for the tick counter.
-inline std::vector<double> VolumeHistory(int n = MaxRows, std::uint64_t seed = 11) {
+inline Series VolumeHistory(int n = MaxRows, std::uint64_t seed = 11) {
     Lcg g(seed);
-    std::vector<double> volume(n);
-    for (int i = 0; i < n; ++i)
-        volume[i] = std::round(g.Range(50.0, 400.0));
+    Series volume(n);
+    for (double& v : volume)
+        v = std::round(g.Range(50.0, 400.0));
     return volume;
 }
 
-inline std::vector<double> RandomSeries(Lcg& g, int n, double lo = 10.0, double hi = 200.0) {
-    std::vector<double> s(n);
+inline Series RandomSeries(Lcg& g, int n, double lo = 10.0, double hi = 200.0) {
+    Series s(n);
     for (double& v : s)
         v = g.Range(lo, hi);
     return s;

@@ -10,19 +10,20 @@
 #include <QTest>
 #include <QTimer>
 
-#include <filesystem>
 #include <fstream>
 #include <string>
 
+#include "interaction/mouse_state.h"
 #include "interaction/price_child.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
-#include "rendering/mouse_state.h"
 #include "rendering/scale.h"
+#include "resources/command_ids.h"
 #include "shell/core/shell_state.h"
 #include "shell/core/working_blocks.h"
 #include "shell/qt/frame_window.h"
 #include "tests/support/recording_seam.h"
+#include "tests/support/temp_dir.h"
 
 namespace velorin {
 namespace {
@@ -37,11 +38,9 @@ class Desk : public ::testing::Test {
         frame = new FrameWindow;
         frame->resize(1400, 1000);
         frame->show();
-        dir = std::filesystem::temp_directory_path() / "velorin_desk_test";
-        std::filesystem::create_directories(dir);
     }
     void TearDown() override {
-        frame->CloseAllChildren();
+        frame->FrameCommand(cmd::CloseAll);
         delete frame;
         FreeWorkingBlocks();
         ResetChartMouseState();
@@ -50,7 +49,7 @@ class Desk : public ::testing::Test {
 
     // Opens a data file of `rows` rows (six columns, or date and close).
     void Open(int rows, bool sixColumns = true) {
-        const auto path = (dir / (sixColumns ? "ACME.PRC" : "BOND.PRC")).string();
+        const std::string path = dir.PathOf(sixColumns ? "ACME.PRC" : "BOND.PRC");
         std::ofstream out(path, std::ios::binary);
         for (int r = 0; r < rows; ++r) {
             const double c = 100 + 10 * ((r * 7) % 13) / 13.0 + r * 0.1;
@@ -76,7 +75,7 @@ class Desk : public ::testing::Test {
 
     test_support::RecordingSeam seam;
     FrameWindow* frame = nullptr;
-    std::filesystem::path dir;
+    test_support::TempDir dir;
 };
 
 TEST_F(Desk, AnalysisCommandsOpenTitledWindowsAndMakeAllTilesThem) {
@@ -84,7 +83,7 @@ TEST_F(Desk, AnalysisCommandsOpenTitledWindowsAndMakeAllTilesThem) {
     frame->FrameCommand(10206); // Relative Strength Index
     ASSERT_EQ(Windows(), 2);
     EXPECT_TRUE(Top()->windowTitle().startsWith(QStringLiteral("RSI ACME ")));
-    EXPECT_EQ(shell.chartCount, 2);
+    EXPECT_EQ(deskRegistry.chartCount, 2);
 
     frame->FrameCommand(10202); // Make All prices
     EXPECT_EQ(seam.MessageCount(), 0u) << seam.LastText();
@@ -113,13 +112,13 @@ TEST_F(Desk, MakeAllStopsAtTheFirstRefusalAndTheChartLimitHolds) {
     EXPECT_EQ(seam.Texts(),
               (std::vector<std::string>{"Insufficient data for Stochastics Analysis"}));
     seam.Clear();
-    shell.chartCount = 50;
+    deskRegistry.chartCount = 50;
     frame->FrameCommand(10203);
     ASSERT_EQ(seam.MessageCount(), 1u);
     EXPECT_EQ(seam.messages[0].text, "Too Many Charts Open - Please close some charts");
     EXPECT_EQ(seam.messages[0].caption, "QDX Velorin");
     EXPECT_EQ(Windows(), 10);
-    shell.chartCount = 10;
+    deskRegistry.chartCount = 10;
 }
 
 TEST_F(Desk, ButtonCommandsZoomStyleAndRefuseByKind) {

@@ -5,10 +5,11 @@
 #include <cstring>
 #include <string>
 
+#include "chart_model/desk.h"
 #include "fake_window.h"
 #include "interaction/chart_menu.h"
 #include "rendering/palette.h"
-#include "tests/rendering/chart_fixture.h"
+#include "tests/support/chart_fixture.h"
 #include "tests/support/recording_seam.h"
 
 namespace velorin {
@@ -130,8 +131,16 @@ TEST(ChartCommand, PredictorLongNeedsTwoHundredRows) {
 
 TEST(ChartCommand, ColourGoesToThePaletteEntryOfItsTarget) {
     ColourSeam seam;
-    static int repaints = 0;
-    chartActionHooks.repaintAllCharts = [] { ++repaints; };
+    struct : Desk {
+        WindowId CreateChild(const ChildWindowRequest&) override { return 0; }
+        Chart* ActiveChart(WindowId*) override { return nullptr; }
+        void Invalidate(WindowId) override {}
+        void RepaintAllCharts() override { ++repaints; }
+        void Tile(bool) override {}
+        void CloseAllChildren() override {}
+        int repaints = 0;
+    } desk;
+    InstallDesk(&desk);
     ResetPalette();
     palette.current[PaletteSlot3] = MakeColour(0x11, 0x22, 0x33);
     ChartFixture f("RMA", LayoutThreeCurves, 100);
@@ -139,13 +148,13 @@ TEST(ChartCommand, ColourGoesToThePaletteEntryOfItsTarget) {
     chartMouse.colourTarget = 7; // curve slot 3, whose entry is crossed with slot 4's
     ChartCommand(w, f.chart(), 20519);
     EXPECT_EQ(seam.offered, 0x112233u);
-    EXPECT_EQ(repaints, 1); // a cancelled dialog repaints too
+    EXPECT_EQ(desk.repaints, 1); // a cancelled dialog repaints too
     seam.answer = 1;
     seam.picked = 0xAABBCCu;
     ChartCommand(w, f.chart(), 20522);
     EXPECT_EQ(palette.current[PaletteBackground], MakeColour(0xAA, 0xBB, 0xCC));
     EXPECT_EQ(ChooseColour(15), 0);
-    chartActionHooks = ChartActionHooks{};
+    InstallDesk(nullptr);
     ResetPalette();
 }
 

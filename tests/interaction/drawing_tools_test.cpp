@@ -6,7 +6,7 @@
 
 #include "fake_window.h"
 #include "interaction/chart_command.h"
-#include "tests/rendering/chart_fixture.h"
+#include "tests/support/chart_fixture.h"
 
 namespace velorin {
 namespace {

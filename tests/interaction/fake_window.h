@@ -5,7 +5,7 @@
 #include <string>
 
 #include "interaction/chart_window_port.h"
-#include "rendering/mouse_state.h"
+#include "interaction/mouse_state.h"
 
 namespace velorin::testing {
 

@@ -1,4 +1,4 @@
-// ConnectDataSource: valid rows, the spike filter, the live time series.
+// ConnectDataSource: valid rows, the spike filter, the limits, the live time series.
 #include <ctime>
 #include <vector>
 
@@ -14,32 +14,36 @@ Row Flat(double date, double price) {
     return Row{date, price, price, price, price, 1000.0};
 }
 
-std::vector<std::intptr_t> disconnected;
-LiveValueResult feedAnswer = LiveValueResult::Ok;
+// A live feed that records disconnects, opens conversation 4242 and stages
+// the live value in row 0.
+struct FakeFeed final : LiveFeed {
+    std::vector<std::intptr_t> disconnected;
+    LiveValueResult answer = LiveValueResult::Ok;
+    void Disconnect(std::intptr_t conversation) override { disconnected.push_back(conversation); }
+    LiveValueResult OpenLiveValue() override {
+        if (answer != LiveValueResult::NoConnection) marketData.liveConversation = 4242;
+        marketData.liveItem = 77;
+        DataColumns& c = marketData.fetchColumns;
+        std::strcpy(c.dateText[0], "LIVE");
+        c.close[0] = 123.0;
+        c.open[0] = c.high[0] = c.low[0] = 120.0;
+        c.volume[0] = 5000.0;
+        c.dateNumber[0] = 99999.0;
+        return answer;
+    }
+};
 
-void FakeDisconnect(std::intptr_t conversation) {
-    disconnected.push_back(conversation);
-}
-
-// A live feed that opens conversation 4242 and stages the live value.
-LiveValueResult FakeOpen() {
-    if (feedAnswer != LiveValueResult::NoConnection) marketData.liveConversation = 4242;
-    marketData.liveItem = 77;
-    DataColumns& c = marketData.fetchColumns;
-    std::strcpy(c.dateText[0], "LIVE");
-    c.close[0] = 123.0;
-    c.open[0] = c.high[0] = c.low[0] = 120.0;
-    c.volume[0] = 5000.0;
-    c.dateNumber[0] = 99999.0;
-    return feedAnswer;
+std::vector<Row> Closes(std::initializer_list<double> closes) {
+    std::vector<Row> rows;
+    for (double close : closes)
+        rows.push_back(Flat(static_cast<double>(rows.size() + 1), close));
+    return rows;
 }
 
 class ConnectTest : public MarketDataTest {
   protected:
     void SetUp() override {
         MarketDataTest::SetUp();
-        disconnected.clear();
-        feedAnswer = LiveValueResult::Ok;
         SetSelection("DATAFILE", "/desk/ACME.PRC", "ACME");
     }
 
@@ -59,27 +63,10 @@ class ConnectTest : public MarketDataTest {
         marketData.hasFullColumns = full ? 1 : 0;
     }
 
-    // Connects and gives back the dates of the rows kept.
-    std::vector<double> KeptDates() {
-        EXPECT_EQ(ConnectDataSource(), 1);
-        const DataSource* s = SourceAt(marketData.nextSourceSlot);
-        std::vector<double> dates;
-        if (s) dates.assign(s->columns->dateNumber, s->columns->dateNumber + s->rowCount);
-        FreeDataSource(marketData.nextSourceSlot);
-        return dates;
-    }
-
-    void ExpectOnlyMessage(const char* text) {
-        ASSERT_EQ(seam.MessageCount(), 1u);
-        EXPECT_EQ(seam.messages[0].text, text);
-        EXPECT_EQ(seam.messages[0].caption, "QDX-Velorin");
-        EXPECT_EQ(seam.messages[0].icon, MessageIcon::Information);
-    }
-
-    void InstallFakeFeed() { feedHooks = FeedHooks{&FakeDisconnect, &FakeOpen}; }
+    FakeFeed feed;
 };
 
-TEST_F(ConnectTest, CopiesDescriptionAndRows) {
+TEST_F(ConnectTest, CopiesDescriptionAndRowsWithVolumeInThousands) {
     marketData.nextSourceSlot = 4;
     std::strcpy(marketData.selection.currentTickval, "15");
     marketData.resolutionCode = 'w';
@@ -88,6 +75,7 @@ TEST_F(ConnectTest, CopiesDescriptionAndRows) {
     ASSERT_EQ(ConnectDataSource(), 1);
     const DataSource& s = *SourceAt(4);
     EXPECT_EQ(s.refCount, 1);
+    EXPECT_EQ(s.chartsCurrent, 1);
     EXPECT_STREQ(s.source, "DATAFILE");
     EXPECT_STREQ(s.topic, "/desk/ACME.PRC");
     EXPECT_STREQ(s.item, "ACME");
@@ -96,154 +84,144 @@ TEST_F(ConnectTest, CopiesDescriptionAndRows) {
     EXPECT_EQ(s.resolutionCode, 'w');
     EXPECT_EQ(s.tickSeconds, 15);
     EXPECT_GE(s.lastUpdateTime, before);
-    EXPECT_EQ(s.chartsCurrent, 1);
     const DataColumns& c = *s.columns;
     EXPECT_STREQ(c.dateText[1], "D1");
     EXPECT_EQ(c.dateNumber[1], 36528.0);
-    EXPECT_EQ(c.close[0] + c.open[0] + c.high[0] + c.low[0], 10.0 + 9.0 + 11.0 + 8.0);
-    EXPECT_EQ(c.low[0], 8.0);
-    EXPECT_EQ(c.volume[0], 1.5);
+    const double row0[] = {c.close[0], c.open[0], c.high[0], c.low[0], c.volume[0]};
+    EXPECT_EQ(std::vector<double>(row0, row0 + 5), (std::vector<double>{10, 9, 11, 8, 1.5}));
     EXPECT_EQ(c.volume[1], 0.00001 / 1000.0);
+    // Two columns: close alone is tested; the missing volume becomes -0.999.
+    marketData.nextSourceSlot = 0;
+    Stage(Closes({0, 5, MISSING_VALUE, 6}), false);
+    ASSERT_EQ(ConnectDataSource(), 1);
+    EXPECT_EQ(SourceAt(0)->rowCount, 2);
+    EXPECT_EQ(SourceAt(0)->columns->volume[0], -0.999);
+    EXPECT_EQ(SourceAt(0)->columns->open[0], MISSING_VALUE);
+    FreeDataSource(0);
 
     marketData.liveConversation = 555;
     const std::pair<const char*, std::intptr_t> kinds[] = {
         {"DSN,prices,user,pw", -1}, {"Excel", 555}, {"DSNX", 555}};
     for (const auto& [source, conversation] : kinds) {
         SetSelection(source, "t", "i");
-        marketData.nextSourceSlot = 0;
         ASSERT_EQ(ConnectDataSource(), 1);
         EXPECT_EQ(SourceAt(0)->conversation, conversation) << source;
         FreeDataSource(0);
     }
-}
-
-TEST_F(ConnectTest, InvalidRowsAreSkippedWithoutMessage) {
-    Stage({Flat(1, 0),
-           {2, 5, 0, 5, 5, 1},
-           Flat(3, 5),
-           Flat(4, 6),
-           {5, 6, 6, 6, 6, 0},
-           {6, 6, 6, MISSING_VALUE, 6, 1},
-           {7, 6, 6, 6, 0, 1},
-           Flat(8, 7)});
-    EXPECT_EQ(KeptDates(), (std::vector<double>{3, 4, 8}));
-    // Two columns: close alone is tested; the missing volume becomes -0.999.
-    Stage({Flat(1, 0), Flat(2, 5), Flat(3, MISSING_VALUE), Flat(4, 6)}, false);
-    ASSERT_EQ(ConnectDataSource(), 1);
-    EXPECT_EQ(SourceAt(0)->rowCount, 2);
-    EXPECT_EQ(SourceAt(0)->columns->volume[0], -0.999);
-    EXPECT_EQ(SourceAt(0)->columns->open[0], MISSING_VALUE);
     EXPECT_EQ(seam.MessageCount(), 0u);
 }
 
-TEST_F(ConnectTest, SpikeFilter) {
-    marketData.filterOn = 1;
+// Invalid rows (a price at or below zero, a missing price, a zero volume) and,
+// with the filter on, moves of 10 percent or more from the last kept close
+// are skipped without a message.
+TEST_F(ConnectTest, ValidRowsAndSpikeFilter) {
+    constexpr double M = MISSING_VALUE;
+    const std::vector<Row> invalid{Flat(1, 0),         {2, 5, 0, 5, 5, 1}, Flat(3, 5),
+                                   Flat(4, 6),         {5, 6, 6, 6, 6, 0}, {6, 6, 6, M, 6, 1},
+                                   {7, 6, 6, 6, 0, 1}, Flat(8, 7)};
+    const std::vector<Row> extremes{Flat(1, 100),
+                                    {2, 100, 100, 100, 80, 1},
+                                    {3, 100, 100, 120, 100, 1},
+                                    {4, 100, 50, 100, 100, 1},
+                                    {5, 101, 101, 101, 101, 99999}};
     const struct {
+        bool filter, full;
         std::vector<Row> rows;
-        bool full;
         std::vector<double> kept;
     } cases[] = {
-        {{Flat(1, 100), Flat(2, 105), Flat(3, 150), Flat(4, 109), Flat(5, 119), Flat(6, 140)},
-         true,
-         {1, 2, 4, 5}},
-        {{Flat(1, 100), Flat(2, 110), Flat(3, 109.99), Flat(4, 90)}, true, {1, 3}}, // strictly less
-        {{Flat(1, 100),
-          {2, 100, 100, 100, 80, 1},
-          {3, 100, 100, 120, 100, 1},
-          {4, 100, 50, 100, 100, 1},
-          {5, 101, 101, 101, 101, 99999}},
-         true,
-         {1, 5}},
-        {{Flat(1, 100), Flat(2, 101), Flat(3, 200), Flat(4, 201)}, true, {1, 2}}, // a level shift
-        {{Flat(1, -5), Flat(2, -5)}, true, {}}, // a negative reference fails every row
-        {{Flat(1, 100), Flat(2, 105), Flat(3, 200), Flat(4, 109)}, false, {1, 2, 4}},
+        {false, true, invalid, {3, 4, 8}},
+        {false, true, Closes({-5, -5}), {1, 2}}, // negative prices are valid rows
+        {true, true, Closes({100, 105, 150, 109, 119, 140}), {1, 2, 4, 5}},
+        {true, true, Closes({100, 110, 109.99, 90}), {1, 3}}, // strictly less
+        {true, true, extremes, {1, 5}},                       // open, high and low count too
+        {true, true, Closes({100, 101, 200, 201}), {1, 2}},   // a level shift
+        {true, true, Closes({-5, -5}), {}}, // a negative reference fails every row
+        {true, false, Closes({100, 105, 200, 109}), {1, 2, 4}},
     };
     for (const auto& c : cases) {
+        marketData.filterOn = c.filter ? 1 : 0;
         Stage(c.rows, c.full);
-        EXPECT_EQ(KeptDates(), c.kept);
+        EXPECT_EQ(ConnectDataSource(), 1);
+        const DataColumns& kept = *SourceAt(0)->columns;
+        EXPECT_EQ(std::vector<double>(kept.dateNumber, kept.dateNumber + SourceAt(0)->rowCount),
+                  c.kept);
+        FreeDataSource(0);
     }
     EXPECT_EQ(seam.MessageCount(), 0u);
-    marketData.filterOn = 0;
-    Stage({Flat(1, -5), Flat(2, -5)});
-    EXPECT_EQ(KeptDates().size(), 2u); // negative prices are valid rows
 }
 
 TEST_F(ConnectTest, FailuresLeaveTheSlotEmpty) {
     const long before = blockAllocator.liveBlocks;
-    InstallFakeFeed();
+    InstallLiveFeed(&feed);
     marketData.liveConversation = 321;
-    Stage({Flat(1, 0), Flat(2, 0)});
+    Stage(Closes({0, 0}));
     EXPECT_EQ(ConnectDataSource(), 0);
     ExpectOnlyMessage("No valid data - Please try again");
-    EXPECT_EQ(disconnected, std::vector<std::intptr_t>{321});
+    EXPECT_EQ(feed.disconnected, std::vector<std::intptr_t>{321});
     EXPECT_EQ(marketData.liveConversation, 0);
 
-    Stage({Flat(1, 5), Flat(2, 5)});
+    Stage(Closes({5, 5}));
     for (int failAt = 0; failAt < 9; ++failAt) {
-        seam.Clear();
         FailAllocationAfter(failAt);
         EXPECT_EQ(ConnectDataSource(), 0);
         ExpectOnlyMessage("Too Many Open Connections - Please close some");
         EXPECT_EQ(SourceAt(0), nullptr);
         EXPECT_EQ(blockAllocator.liveBlocks, before);
     }
-
-    seam.Clear();
-    shell.batchRunning = 1; // both held back during a batch
+    // Both held back in a silent run.
     FailAllocationAfter(4);
-    EXPECT_EQ(ConnectDataSource(), 0);
-    Stage({Flat(1, 0)});
-    EXPECT_EQ(ConnectDataSource(), 0);
+    EXPECT_EQ(ConnectDataSource(true), 0);
+    Stage(Closes({0}));
+    EXPECT_EQ(ConnectDataSource(true), 0);
     EXPECT_EQ(seam.MessageCount(), 0u);
 }
 
 TEST_F(ConnectTest, LiveTimeSeries) {
-    const std::pair<const char*, bool> selections[] = {
-        {"Reuter", true}, {"REUTER", true}, {"reuter", true}, {"ReUTER", false}};
-    for (const auto& [source, expected] : selections) {
-        SetSelection(source, "TS1", "IBM.N");
-        EXPECT_EQ(SelectionIsReuterTimeSeries(), expected) << source;
+    const std::tuple<const char*, const char*, const char*, bool> selections[] = {
+        {"Reuter", "TS1", "IBM.N", true},
+        {"REUTER", "TS1", "IBM.N", true},
+        {"reuter", "ts1", "IBM.N", true},
+        {"ReUTER", "TS1", "IBM.N", false},
+        {"Reuter", "TS1", "K%CHAIN", false}};
+    for (const auto& [source, topic, item, expected] : selections) {
+        SetSelection(source, topic, item);
+        EXPECT_EQ(SelectionIsReuterTimeSeries(), expected) << source << topic << item;
     }
-    SetSelection("Reuter", "ts1", "K%CHAIN");
-    EXPECT_FALSE(SelectionIsReuterTimeSeries());
-
-    // No live feed yet: the live value is not available, even in a batch.
-    SetSelection("Reuter", "TS1", "IBM.N");
-    shell.batchRunning = 1;
-    Stage({Flat(1, 5), Flat(2, 6), Flat(3, 7)});
-    EXPECT_EQ(ConnectDataSource(), 0);
-    ExpectOnlyMessage("Data source for IDN not available");
-    EXPECT_EQ(SourceAt(0), nullptr);
-    EXPECT_STREQ(marketData.selection.currentTopic, "IDN");
-
-    InstallFakeFeed();
+    // Failures leave the slot empty and are reported even in a silent run;
+    // without a live feed the live value is not available.
     const struct {
+        LiveFeed* feed;
         LiveValueResult answer;
         const char* message;
         std::vector<std::intptr_t> disconnects;
     } failures[] = {
-        {LiveValueResult::NoConnection, "Data source for IDN not available", {17}},
-        {LiveValueResult::NoData, "Data for IDN not available from server", {17, 4242}},
-        {LiveValueResult::ReplyRejected, nullptr, {17, 4242}},
+        {nullptr, LiveValueResult::Ok, "Data source for IDN not available", {}},
+        {&feed, LiveValueResult::NoConnection, "Data source for IDN not available", {17}},
+        {&feed, LiveValueResult::NoData, "Data for IDN not available from server", {17, 4242}},
+        {&feed, LiveValueResult::ReplyRejected, nullptr, {17, 4242}},
     };
     for (const auto& f : failures) {
-        seam.Clear();
-        disconnected.clear();
-        feedAnswer = f.answer;
+        InstallLiveFeed(f.feed);
+        feed.disconnected.clear();
+        feed.answer = f.answer;
         SetSelection("Reuter", "TS1", "IBM.N");
         marketData.liveConversation = 17;
-        EXPECT_EQ(ConnectDataSource(), 0);
+        Stage(Closes({5, 6, 7})); // the fake feed writes row 0
+        EXPECT_EQ(ConnectDataSource(true), 0);
         EXPECT_EQ(SourceAt(0), nullptr);
-        EXPECT_EQ(seam.MessageCount(), f.message ? 1u : 0u);
         if (f.message) ExpectOnlyMessage(f.message);
-        EXPECT_EQ(disconnected, f.disconnects);
-        Stage({Flat(1, 5), Flat(2, 6), Flat(3, 7)}); // the fake feed wrote row 0
+        EXPECT_EQ(seam.MessageCount(), 0u);
+        EXPECT_EQ(feed.disconnected, f.disconnects);
+        if (!f.feed) {
+            EXPECT_STREQ(marketData.selection.currentTopic, "IDN");
+        }
     }
 
-    feedAnswer = LiveValueResult::Ok;
+    feed.answer = LiveValueResult::Ok;
     SetSelection("Reuter", "TS1", "IBM.N");
+    Stage(Closes({5, 6, 7}));
     marketData.fetchIsTick = 1;
-    ASSERT_EQ(ConnectDataSource(), 1);
+    ASSERT_EQ(ConnectDataSource(true), 1);
     const DataSource& s = *SourceAt(0);
     EXPECT_EQ(s.rowCount, 4);
     EXPECT_STREQ(s.source, "REUTER");
@@ -253,24 +231,24 @@ TEST_F(ConnectTest, LiveTimeSeries) {
     EXPECT_EQ(s.tick + marketData.fetchIsTick, 0);
     EXPECT_STREQ(marketData.selection.currentSource, "Reuter"); // the selection is back
     EXPECT_STREQ(marketData.selection.currentTopic, "TS1");
-    EXPECT_STREQ(s.columns->dateText[3], "LIVE");
-    EXPECT_EQ(s.columns->close[3], 123.0);
-    EXPECT_EQ(s.columns->volume[3], 5.0);
-    EXPECT_EQ(s.columns->dateNumber[3], 0.0); // the live row has no date number
-    EXPECT_EQ(s.columns->close[0], 5.0);
+    const DataColumns& c = *s.columns;
+    EXPECT_STREQ(c.dateText[3], "LIVE");
+    EXPECT_EQ(c.close[3], 123.0);
+    EXPECT_EQ(c.volume[3], 5.0);
+    EXPECT_EQ(c.close[0], 5.0);
+    EXPECT_EQ(c.dateNumber[3], 0.0); // the live row has no date number
 }
 
 TEST_F(ConnectTest, LiveRowOnAFullSourceKeepsRowZero) {
-    InstallFakeFeed();
+    InstallLiveFeed(&feed);
     SetSelection("Reuter", "TS1", "IBM.N");
     std::vector<Row> rows;
     for (int row = 0; row < MaxRows; ++row)
         rows.push_back({1000.0 + row, row + 1.0, 1, 1, 1, (row + 1) * 2.0});
     Stage(rows);
     ASSERT_EQ(ConnectDataSource(), 1);
-    const DataSource& s = *SourceAt(0);
-    const DataColumns& c = *s.columns;
-    EXPECT_EQ(s.rowCount, MaxRows);
+    const DataColumns& c = *SourceAt(0)->columns;
+    EXPECT_EQ(SourceAt(0)->rowCount, MaxRows);
     EXPECT_EQ(c.close[0], 1.0);
     EXPECT_STREQ(c.dateText[0], "D0");
     for (int row = 1; row < MaxRows - 1; ++row) {

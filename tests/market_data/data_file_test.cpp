@@ -10,25 +10,28 @@ namespace {
 
 using ParseTest = MarketDataTest;
 
-const DataColumns& Staged() {
-    return marketData.fetchColumns;
-}
-
+// Fields are split at ",", ";" and tabs, runs of them counting as one, and
+// read as strtod reads them; "#N\A" after the first row is just no number,
+// and a zero volume (-0 too) is stored as ZERO_VOLUME.
 TEST_F(ParseTest, SixAndTwoColumnFiles) {
     ASSERT_EQ(Parse("12/31/1999,10.5,10.25,11,9.75,1500\r\n"
-                    "01/03/2000;10.75\t10.5;;11.25,,10\t\t0\r\n"),
+                    "01/03/2000;10.75\t10.5;;11.25,,10\t\t0\r\n"
+                    "01/04/2000,abc,1e2, 7,+3.5,0x10\r\n01/05/2000,#N\\A,.5,5.,1e400,-0\r\n"),
               1);
-    EXPECT_EQ(marketData.fetchRowCount, 2);
+    EXPECT_EQ(marketData.fetchRowCount, 4);
     EXPECT_EQ(marketData.hasFullColumns, 1);
-    const DataColumns& c = Staged();
+    const DataColumns& c = marketData.fetchColumns;
     EXPECT_STREQ(c.dateText[0], "12/31/99");
     EXPECT_EQ(c.dateNumber[1], 36528.0);
-    const double row0[] = {c.close[0], c.open[0], c.high[0], c.low[0], c.volume[0]};
-    const double expected0[] = {10.5, 10.25, 11.0, 9.75, 1500.0};
-    for (int k = 0; k < 5; ++k)
-        EXPECT_EQ(row0[k], expected0[k]) << k;
-    EXPECT_EQ(c.low[1], 10.0);
-    EXPECT_EQ(c.volume[1], ZERO_VOLUME);
+    const double want[4][5] = {{10.5, 10.25, 11.0, 9.75, 1500.0},
+                               {10.75, 10.5, 11.25, 10.0, ZERO_VOLUME},
+                               {0.0, 100.0, 7.0, 3.5, 16.0},
+                               {0.0, 0.5, 5.0, HUGE_VAL, ZERO_VOLUME}};
+    for (int row = 0; row < 4; ++row) {
+        const double got[5] = {c.close[row], c.open[row], c.high[row], c.low[row], c.volume[row]};
+        for (int k = 0; k < 5; ++k)
+            EXPECT_EQ(got[k], want[row][k]) << row << " " << k;
+    }
 
     marketData.fetchIsTick = 1;
     ASSERT_EQ(Parse("1/5/2000,10.5\r\nJan 6 00,10.75\r\n"), 1);
@@ -68,18 +71,24 @@ TEST_F(ParseTest, RefusedFiles) {
 }
 
 TEST_F(ParseTest, TheFirstBadDateEndsTheData) {
-    const std::pair<const char*, int> cases[] = {
+    std::string long2100; // rows are taken up to MaxRows
+    for (int row = 0; row < 2100; ++row)
+        long2100 += DateTextOf(DayNumberOf(1995, 1, 2) + row) + ",1\r\n";
+    const std::pair<std::string, int> cases[] = {
         {"12/30/1999,1\r\n12/31/1999,2\r\n12/31/1999,3\r\n01/03/2000,4\r\n", 2}, // repeated
         {"12/29/1999,1\r\n12/31/1999,2\r\n12/30/1999,3\r\n01/03/2000,4\r\n", 2}, // falling
         {"12/30/1999,1\r\n12/31/1999,2\r\nTotal,3\r\n", 2},                      // no date
         {"12/31/1999,5\r\n01/03/2000,1,2,3,4,5\r\n", 2},     // a 2-column shape read across lines
         {"10:30,1\r\n10:31,2\r\n10:32,3\r\n", 3},            // day 0 dates always pass
         {"12/30/1999,1\r\n12/31/1999,2\r\n01/03/2000,3", 3}, // last line without its end
+        {long2100, MaxRows},
     };
     for (const auto& [text, rows] : cases) {
-        EXPECT_EQ(Parse(text), 1) << text;
-        EXPECT_EQ(marketData.fetchRowCount, rows) << text;
+        EXPECT_EQ(Parse(text), 1) << text.substr(0, 60);
+        EXPECT_EQ(marketData.fetchRowCount, rows) << text.substr(0, 60);
     }
+    EXPECT_EQ(marketData.fetchColumns.dateNumber[MaxRows - 1],
+              DayNumberOf(1995, 1, 2) + MaxRows - 1);
     dateRules.todayDate = 36528.0; // 3 January 2000: tomorrow's row and all behind it go
     ASSERT_EQ(Parse("12/31/1999,2,2,2,2,2\r\n01/03/2000,3,3,3,3,3\r\n"
                     "01/04/2000,4,4,4,4,4\r\n01/05/2000,5,5,5,5,5\r\n"),
@@ -88,42 +97,18 @@ TEST_F(ParseTest, TheFirstBadDateEndsTheData) {
     EXPECT_EQ(seam.MessageCount(), 0u);
 }
 
-TEST_F(ParseTest, FieldsReadAsStrtodReadsThem) {
-    ASSERT_EQ(Parse("12/30/1999,abc,1e2, 7,+3.5,0x10\r\n12/31/1999,#N\\A,.5,5.,1e400,-0\r\n"), 1);
-    const DataColumns& c = Staged();
-    EXPECT_EQ(c.close[0], 0.0);
-    EXPECT_EQ(c.open[0], 100.0);
-    EXPECT_EQ(c.high[0], 7.0);
-    EXPECT_EQ(c.low[0], 3.5);
-    EXPECT_EQ(c.volume[0], 16.0);
-    EXPECT_EQ(c.close[1], 0.0); // "#N\A" after the first row is just no number
-    EXPECT_EQ(c.open[1], 0.5);
-    EXPECT_EQ(c.high[1], 5.0);
-    EXPECT_TRUE(std::isinf(c.low[1]));
-    EXPECT_EQ(c.volume[1], ZERO_VOLUME); // -0 is a zero volume too
-}
-
-TEST_F(ParseTest, StopsTakingRowsAtTwoThousand) {
-    std::string text;
-    const double start = DayNumberOf(1995, 1, 2);
-    for (int row = 0; row < 2100; ++row)
-        text += DateTextOf(start + row) + ",1\r\n";
-    ASSERT_EQ(Parse(text), 1);
-    EXPECT_EQ(marketData.fetchRowCount, MaxRows);
-    EXPECT_EQ(Staged().dateNumber[MaxRows - 1], start + MaxRows - 1);
-}
-
 TEST_F(ParseTest, NothingBeyondTheTextIsRead) {
     std::memset(marketData.fileText, '1', FileTextSize); // no terminator at all
     EXPECT_EQ(ParseDataFileText(), 0);
     std::memset(marketData.fileText, ';', FileTextSize);
     std::memcpy(marketData.fileText, "12/30/1999,1\r\n12/31/1999,2\r\n", 28);
     EXPECT_EQ(ParseDataFileText(), 1);
-    const std::string text =
-        std::string("12/30/1999,1\r\n12/31/1999,2\r\n\0", 29) + "01/03/2000,3\r\n";
-    std::memcpy(marketData.fileText, text.data(), text.size() + 1);
-    ASSERT_EQ(ParseDataFileText(), 1);
-    EXPECT_EQ(marketData.fetchRowCount, 2); // the text ends at its first zero byte
+    // The text ends at its first zero byte.
+    EXPECT_EQ(Parse(std::string("12/30/1999,1\r\n12/31/1999,2\r\n\0"
+                                "01/03/2000,3\r\n",
+                                43)),
+              1);
+    EXPECT_EQ(marketData.fetchRowCount, 2);
 }
 
 TEST(ReadNumberTest, SameBitsAsStrtod) {

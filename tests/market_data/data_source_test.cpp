@@ -1,4 +1,4 @@
-// The data source table: staging blocks and slot records.
+// The data source table: start-up state, staging blocks and slot records.
 #include "tests/market_data/market_data_fixture.h"
 
 namespace velorin {
@@ -25,7 +25,8 @@ TEST_F(DataSourceTest, ResetGivesStartUpValuesAndKeepsTheStagingBlocks) {
     EXPECT_EQ(marketData.fetchColumns.close, close);
 }
 
-TEST_F(DataSourceTest, StagingFailsAtEveryBlockWithoutLeaks) {
+// Nine blocks each: allocation failure at every one of them leaks nothing.
+TEST_F(DataSourceTest, AllocationFailsAtEveryBlockWithoutLeaks) {
     ReleaseStagingBlocks();
     const long before = blockAllocator.liveBlocks;
     for (int failAt = 0; failAt < 9; ++failAt) {
@@ -33,17 +34,7 @@ TEST_F(DataSourceTest, StagingFailsAtEveryBlockWithoutLeaks) {
         EXPECT_FALSE(AllocateStagingBlocks()) << failAt;
         ReleaseStagingBlocks();
         EXPECT_EQ(blockAllocator.liveBlocks, before) << failAt;
-    }
-    ASSERT_TRUE(AllocateStagingBlocks());
-    EXPECT_EQ(blockAllocator.liveBlocks, before + 9);
-    EXPECT_EQ(marketData.fetchColumns.volume[MaxRows - 1], 0.0);
-    EXPECT_EQ(marketData.tokenText[FileTextSize - 1], '\0');
-}
-
-TEST_F(DataSourceTest, SlotRecordFailsAtEveryBlockAndFreeLeavesNothing) {
-    const long before = blockAllocator.liveBlocks;
-    // Allocation 0 is the record, 1 the columns, 2 to 8 the arrays (4: the third).
-    for (int failAt = 0; failAt < 9; ++failAt) {
+        // Slot record: allocation 0 is the record, 1 the columns, 2 to 8 the arrays.
         FailAllocationAfter(failAt);
         EXPECT_EQ(NewDataSource(3), 0) << failAt;
         EXPECT_EQ(SourceAt(3) != nullptr, failAt > 0) << failAt; // partial record kept
@@ -52,14 +43,18 @@ TEST_F(DataSourceTest, SlotRecordFailsAtEveryBlockAndFreeLeavesNothing) {
         EXPECT_EQ(SourceAt(3), nullptr);
         EXPECT_EQ(blockAllocator.liveBlocks, before) << failAt;
     }
-    ASSERT_EQ(NewDataSource(3), 1);
+    ASSERT_TRUE(AllocateStagingBlocks());
     EXPECT_EQ(blockAllocator.liveBlocks, before + 9);
+    EXPECT_EQ(marketData.fetchColumns.volume[MaxRows - 1], 0.0);
+    EXPECT_EQ(marketData.tokenText[FileTextSize - 1], '\0');
+    ASSERT_EQ(NewDataSource(3), 1);
+    EXPECT_EQ(blockAllocator.liveBlocks, before + 18);
     const DataColumns& c = *SourceAt(3)->columns;
     c.volume[MaxRows - 1] = 1.0; // every array holds MaxRows rows, zeroed
     EXPECT_EQ(c.dateNumber[MaxRows - 1], 0.0);
     EXPECT_EQ(c.dateText[MaxRows - 1][DateTextSize - 1], '\0');
     FreeDataSource(3);
-    EXPECT_EQ(blockAllocator.liveBlocks, before);
+    EXPECT_EQ(blockAllocator.liveBlocks, before + 9);
 }
 
 TEST_F(DataSourceTest, SlotRange) {

@@ -10,7 +10,7 @@ class DateTest : public MarketDataTest {
   protected:
     void SetUp() override {
         MarketDataTest::SetUp();
-        shell.frameExists = false; // no test against today unless asked for
+        dateRules.rejectFuture = false; // no test against today unless asked for
     }
 };
 
@@ -77,7 +77,7 @@ TEST_F(DateTest, DayOrderAndCurrentYear) {
 TEST_F(DateTest, FutureDatesOnlyOnceTheFrameExists) {
     dateRules.todayDate = 36525.0;
     EXPECT_EQ(ParseDate("1/1/2000"), 36526.0);
-    shell.frameExists = true;
+    dateRules.rejectFuture = true;
     EXPECT_EQ(ParseDate("12/31/1999"), 36525.0); // today passes
     EXPECT_EQ(ParseDate("1/1/2000"), -1.0);
 }
@@ -88,7 +88,7 @@ TEST_F(DateTest, TodayFromClockIsTheLocalDate) {
     const double expected =
         DayNumberOf(local.tm_year + 1900, static_cast<unsigned>(local.tm_mon + 1),
                     static_cast<unsigned>(local.tm_mday));
-    shell.frameExists = true;
+    dateRules.rejectFuture = true;
     dateRules.todayDate = 1.0; // a stale today does not stop it
     const double today = TodayFromClock();
     EXPECT_TRUE(today == expected || today == expected + 1.0) << today; // around midnight

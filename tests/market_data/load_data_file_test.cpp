@@ -6,13 +6,6 @@ namespace {
 
 class LoadTest : public MarketDataTest {
   protected:
-    void ExpectOneMessage(const char* text, MessageIcon icon = MessageIcon::Information) {
-        ASSERT_EQ(seam.MessageCount(), 1u) << (seam.MessageCount() ? seam.LastText() : "");
-        EXPECT_EQ(seam.messages[0].text, text);
-        EXPECT_EQ(seam.messages[0].caption, "QDX-Velorin");
-        EXPECT_EQ(seam.messages[0].icon, icon);
-        seam.Clear();
-    }
     TempDir dir;
 };
 
@@ -53,17 +46,6 @@ TEST_F(LoadTest, TheDialogSetsTheSelection) {
     EXPECT_STREQ(marketData.selection.currentItem, "kept");
 }
 
-TEST_F(LoadTest, CancelAndDialogFailure) {
-    SetSelection("Reuter", "TS1", "IBM.N");
-    seam.QueueCancel();
-    EXPECT_EQ(LoadDataFile(0), 0);
-    EXPECT_EQ(seam.MessageCount(), 0u);
-    EXPECT_STREQ(marketData.selection.currentSource, "Reuter");
-    seam.QueueDialogFailure();
-    EXPECT_EQ(LoadDataFile(0), 0);
-    ExpectOneMessage("File Open Error");
-}
-
 TEST_F(LoadTest, SizeLimit) {
     const std::string fits = ValidFileOfSize(56320);
     ASSERT_EQ(fits.size(), 56320u);
@@ -74,7 +56,7 @@ TEST_F(LoadTest, SizeLimit) {
 
     SetSelection("DATAFILE", dir.Write("BIG.PRC", ValidFileOfSize(56321)).c_str(), "BIG");
     EXPECT_EQ(LoadDataFile(1), 0);
-    ExpectOneMessage("DataFile Too large - PLease reduce file size", MessageIcon::Warning);
+    ExpectOnlyMessage("DataFile Too large - PLease reduce file size", MessageIcon::Warning);
 
     std::FILE* f = std::fopen(dir.PathOf("FITS.PRC").c_str(), "rb");
     ASSERT_NE(f, nullptr);
@@ -85,24 +67,31 @@ TEST_F(LoadTest, SizeLimit) {
 }
 
 TEST_F(LoadTest, FailureMessages) {
+    SetSelection("Reuter", "TS1", "IBM.N");
+    seam.QueueCancel();
+    EXPECT_EQ(LoadDataFile(0), 0);
+    EXPECT_EQ(seam.MessageCount(), 0u);
+    EXPECT_STREQ(marketData.selection.currentSource, "Reuter");
+    seam.QueueDialogFailure();
+    EXPECT_EQ(LoadDataFile(0), 0);
+    ExpectOnlyMessage("File Open Error");
+
     seam.QueueFile(dir.PathOf("NONE.PRC"));
     EXPECT_EQ(LoadDataFile(0), 0);
-    ExpectOneMessage("Non-existent DataFile");
+    ExpectOnlyMessage("Non-existent DataFile");
     EXPECT_STREQ(marketData.selection.currentItem, "NONE"); // kept from the dialog
 
     SetSelection("DATAFILE", dir.Write("A.PRC", TwoRows).c_str(), "A");
     FailAllocationAfter(0);
     EXPECT_EQ(LoadDataFile(1), 0);
-    ExpectOneMessage("Memory alloc failed - Please close some windows");
+    ExpectOnlyMessage("Memory alloc failed - Please close some windows");
 
-    const char* const unreadable[] = {"", "12/30/1999,1\n12/31/1999,2\n",
-                                      "#N\\A,1\r\n12/31/1999,2\r\n",
-                                      "12/30/1999,1\r\n12/31/1999\r\n", "12/30/1999,1\r\n"};
-    for (const char* text : unreadable) {
+    // An empty file and one the reader refuses (its shapes: the reader's tests).
+    for (const char* text : {"", "12/30/1999,1\r\n12/31/1999\r\n"}) {
         SetSelection("DATAFILE", dir.Write("E.PRC", text).c_str(), "E");
         EXPECT_EQ(LoadDataFile(1), 0) << text;
         EXPECT_EQ(seam.waitCursorDepth, 0);
-        ExpectOneMessage("DataFile Read Error");
+        ExpectOnlyMessage("DataFile Read Error");
     }
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 // Common set-up of the market data tests: start-up state, staging blocks,
-// a recording seam, and a check that every block is released again.
+// a recording seam, a check that every block is released again, and a
+// temporary folder.
 
 #include <gtest/gtest.h>
+#include <stdlib.h>
 
 #include <chrono>
 #include <cstdio>
@@ -15,26 +17,21 @@
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
-#include "market_data/feed_hooks.h"
-#include "shell/core/shell_state.h"
+#include "market_data/live_feed.h"
 #include "tests/support/recording_seam.h"
 
 namespace velorin {
 
-// Day number of a civil date, from the standard library's calendar: an
-// independent check of the parser's own arithmetic.
+// Day number of a civil date, and its "mm/dd/yyyy" text, from the standard
+// library's calendar: independent of the parser's own arithmetic.
+inline constexpr std::chrono::sys_days DayZero{std::chrono::year{1899} / 12 / 30};
 inline double DayNumberOf(int y, unsigned m, unsigned d) {
     using namespace std::chrono;
-    const sys_days day{year{y} / month{m} / std::chrono::day{d}};
-    const sys_days zero{year{1899} / December / std::chrono::day{30}};
-    return static_cast<double>((day - zero).count());
+    return static_cast<double>((sys_days{year{y} / month{m} / day{d}} - DayZero).count());
 }
-
-// "mm/dd/yyyy" of a day number.
 inline std::string DateTextOf(double dayNumber) {
-    using namespace std::chrono;
-    const sys_days zero{year{1899} / December / day{30}};
-    const year_month_day ymd{zero + days{static_cast<long>(dayNumber)}};
+    const std::chrono::year_month_day ymd{DayZero +
+                                          std::chrono::days{static_cast<long>(dayNumber)}};
     char text[16];
     std::snprintf(text, sizeof text, "%02u/%02u/%04d", static_cast<unsigned>(ymd.month()),
                   static_cast<unsigned>(ymd.day()), static_cast<int>(ymd.year()));
@@ -44,13 +41,12 @@ inline std::string DateTextOf(double dayNumber) {
 class MarketDataTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        ResetShellState();
         ResetMarketDataState();
-        feedHooks = FeedHooks{};
+        InstallLiveFeed(nullptr);
         blockAllocator.failCountdown = -1;
         dateRules.todayDate = DayNumberOf(2010, 12, 31);
         dateRules.dayFirst = false;
-        shell.frameExists = true;
+        dateRules.rejectFuture = true;
         baselineBlocks_ = blockAllocator.liveBlocks;
         ASSERT_TRUE(AllocateStagingBlocks());
     }
@@ -60,29 +56,31 @@ class MarketDataTest : public ::testing::Test {
         for (int slot = 0; slot < MaxSourceSlots; ++slot)
             FreeDataSource(slot);
         ReleaseStagingBlocks();
-        feedHooks = FeedHooks{};
+        InstallLiveFeed(nullptr);
         EXPECT_EQ(blockAllocator.liveBlocks, baselineBlocks_) << "blocks left behind";
     }
 
-    // Puts `text` into fileText as LoadDataFile does (NUL-terminated).
-    void SetFileText(const std::string& text) {
-        ASSERT_LE(text.size(), static_cast<std::size_t>(MaxDataFileBytes));
-        std::memcpy(marketData.fileText, text.data(), text.size());
-        marketData.fileText[text.size()] = '\0';
-    }
-
+    // Puts `text` into fileText as LoadDataFile does (NUL-terminated) and parses it.
     int Parse(const std::string& text) {
-        SetFileText(text);
+        EXPECT_LE(text.size(), static_cast<std::size_t>(MaxDataFileBytes));
+        std::memcpy(marketData.fileText, text.c_str(), text.size() + 1);
         return ParseDataFileText();
     }
 
     void SetSelection(const char* source, const char* topic, const char* item) {
-        std::snprintf(marketData.selection.currentSource, sizeof marketData.selection.currentSource,
-                      "%s", source);
-        std::snprintf(marketData.selection.currentTopic, sizeof marketData.selection.currentTopic,
-                      "%s", topic);
-        std::snprintf(marketData.selection.currentItem, sizeof marketData.selection.currentItem,
-                      "%s", item);
+        auto& s = marketData.selection;
+        std::snprintf(s.currentSource, sizeof s.currentSource, "%s", source);
+        std::snprintf(s.currentTopic, sizeof s.currentTopic, "%s", topic);
+        std::snprintf(s.currentItem, sizeof s.currentItem, "%s", item);
+    }
+
+    // Exactly one message box, of the program's caption; the record is cleared.
+    void ExpectOnlyMessage(const char* text, MessageIcon icon = MessageIcon::Information) {
+        ASSERT_EQ(seam.MessageCount(), 1u) << (seam.MessageCount() ? seam.LastText() : "");
+        EXPECT_EQ(seam.messages[0].text, text);
+        EXPECT_EQ(seam.messages[0].caption, "QDX-Velorin");
+        EXPECT_EQ(seam.messages[0].icon, icon);
+        seam.Clear();
     }
 
     long baselineBlocks_ = 0;
@@ -93,22 +91,17 @@ class MarketDataTest : public ::testing::Test {
 class TempDir {
   public:
     TempDir() {
-        namespace fs = std::filesystem;
-        static int counter = 0;
-        path_ = fs::temp_directory_path() /
-                ("velorin_md_test_" +
-                 std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) + "_" +
-                 std::to_string(++counter));
-        fs::create_directories(path_);
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "velorin_md_XXXXXX").string();
+        path_ = mkdtemp(pattern.data());
     }
     ~TempDir() {
         std::error_code ec;
         std::filesystem::remove_all(path_, ec);
     }
     std::string Write(const std::string& name, const std::string& bytes) const {
-        const std::string full = (path_ / name).string();
-        std::FILE* f = std::fopen(full.c_str(), "wb");
-        if (f) {
+        const std::string full = PathOf(name);
+        if (std::FILE* f = std::fopen(full.c_str(), "wb")) {
             std::fwrite(bytes.data(), 1, bytes.size(), f);
             std::fclose(f);
         }

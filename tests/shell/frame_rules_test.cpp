@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "resources/command_ids.h"
 #include "shell/core/frame_rules.h"
 #include "shell/core/menu_def.h"
 
@@ -43,8 +44,8 @@ TEST(MainMenu, GatedItemsStartGreyedAndEverythingElseEnabled) {
     const std::set<int> gatedSet(gated, gated + n);
     for (const auto& [id, g] : m.greyed)
         EXPECT_EQ(g, gatedSet.count(id) == 1) << id;
-    // 10415 is gated but stands in no menu.
-    EXPECT_EQ(m.greyed.count(10415), 0u);
+    // cmd::OverboughtSold is gated but stands in no menu.
+    EXPECT_EQ(m.greyed.count(cmd::OverboughtSold), 0u);
 }
 
 TEST(MainMenu, TopLevelOrderAndNesting) {
@@ -69,8 +70,8 @@ TEST(MenuState, SentinelDecidesWhetherTheMenuIsTouched) {
     MapMenu m = MenuFromResource();
     ButtonState buttons[3] = {{1, 0}, {0, 0}, {1, 0}};
     UpdateMenuState(m, 1, buttons, 3);
-    EXPECT_FALSE(m.IsGreyed(10605));
-    EXPECT_FALSE(m.IsGreyed(10106));
+    EXPECT_FALSE(m.IsGreyed(cmd::CloseAll));
+    EXPECT_FALSE(m.IsGreyed(cmd::Save));
     EXPECT_EQ(buttons[0].enabled, 1);
     EXPECT_EQ(buttons[1].enabled, 0); // not gated: left alone
     const int writes = m.writes;
@@ -78,25 +79,30 @@ TEST(MenuState, SentinelDecidesWhetherTheMenuIsTouched) {
     EXPECT_EQ(m.writes, writes);
 
     // With the sentinel out of step, nothing else is corrected.
-    m.greyed[10601] = true;
+    m.greyed[cmd::Cascade] = true;
     UpdateMenuState(m, 3, buttons, 3);
-    EXPECT_TRUE(m.IsGreyed(10601));
+    EXPECT_TRUE(m.IsGreyed(cmd::Cascade));
 
     UpdateMenuState(m, 0, buttons, 3);
-    EXPECT_TRUE(m.IsGreyed(10605));
-    EXPECT_TRUE(m.IsGreyed(10201));
+    EXPECT_TRUE(m.IsGreyed(cmd::CloseAll));
+    EXPECT_TRUE(m.IsGreyed(cmd::Price));
     EXPECT_EQ(buttons[2].enabled, 0);
 }
 
 TEST(FrameRules, Limits) {
-    EXPECT_EQ(SourceLimitMessage(998, true), nullptr);
-    EXPECT_STREQ(SourceLimitMessage(999, true), "Too Many Data Sources - Please close some charts");
-    EXPECT_STREQ(SourceLimitMessage(999, false),
-                 "Too Many Data Sources - Please close some windows");
-    EXPECT_EQ(ChartLimitMessage(49, false), nullptr);
-    EXPECT_STREQ(ChartLimitMessage(50, false), "Too Many Charts Open - Please close some charts");
-    EXPECT_EQ(ChartLimitMessage(50, true), nullptr);
-    EXPECT_STREQ(ChartLimitCaption, "QDX Velorin");
+    const struct {
+        const char* got;
+        const char* expected;
+    } cases[] = {
+        {SourceLimitMessage(998, true), nullptr},
+        {SourceLimitMessage(999, true), "Too Many Data Sources - Please close some charts"},
+        {SourceLimitMessage(999, false), "Too Many Data Sources - Please close some windows"},
+        {ChartLimitMessage(49, false), nullptr},
+        {ChartLimitMessage(50, false), "Too Many Charts Open - Please close some charts"},
+        {ChartLimitMessage(50, true), nullptr}, // a layout being restored goes past the limit
+    };
+    for (const auto& c : cases)
+        EXPECT_STREQ(c.got, c.expected);
 }
 
 TEST(FrameRules, ZoomSteps) {
@@ -116,26 +122,38 @@ TEST(FrameRules, DrawingAndSelectionRefusals) {
     for (int kind = 1; kind <= 26; ++kind) {
         const bool allowed = kind == 1 || kind == 3 || kind == 4 || kind == 5 || kind == 13 ||
                              kind == 15 || kind == 25;
-        EXPECT_EQ(ChartCommandRefusal(10715, kind) == nullptr, allowed) << kind;
-        EXPECT_EQ(ChartCommandRefusal(10716, kind) == nullptr, allowed) << kind;
+        EXPECT_EQ(ChartCommandRefusal(cmd::DrawTrendButton, kind) == nullptr, allowed) << kind;
+        EXPECT_EQ(ChartCommandRefusal(cmd::DrawChannelButton, kind) == nullptr, allowed) << kind;
     }
-    EXPECT_STREQ(ChartCommandRefusal(10715, 6), "Drawing Trend not available for this chart");
-    EXPECT_STREQ(ChartCommandRefusal(10716, 50), "Drawing Channel not available for this chart");
-    EXPECT_STREQ(ChartCommandRefusal(10713, 20), "Drawing Hori Line not available for this chart");
-    EXPECT_EQ(ChartCommandRefusal(10714, 6), nullptr);
-    EXPECT_STREQ(ChartCommandRefusal(10714, 19), "Drawing Vert Line not available for this chart");
-    EXPECT_STREQ(ChartCommandRefusal(10707, 19), "Selection not available for this chart");
-    EXPECT_EQ(ChartCommandRefusal(10708, 20), nullptr);
+    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawTrendButton, 6),
+                 "Drawing Trend not available for this chart");
+    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawChannelButton, 50),
+                 "Drawing Channel not available for this chart");
+    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawHoriLineButton, 20),
+                 "Drawing Hori Line not available for this chart");
+    EXPECT_EQ(ChartCommandRefusal(cmd::DrawVertLineButton, 6), nullptr);
+    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawVertLineButton, 19),
+                 "Drawing Vert Line not available for this chart");
+    EXPECT_STREQ(ChartCommandRefusal(cmd::SelectEndPointButton, 19),
+                 "Selection not available for this chart");
+    EXPECT_EQ(ChartCommandRefusal(cmd::SelectAllDataButton, 20), nullptr);
 }
 
 TEST(FrameRules, StyleGuard) {
-    EXPECT_STREQ(StyleRefusal(10709, 6, 100, 1), "Please Select Chart With Price Line");
-    EXPECT_EQ(StyleRefusal(10709, 19, 100, 0), nullptr);
-    EXPECT_STREQ(StyleRefusal(10712, 1, 25, 1), "Insufficient data");
-    EXPECT_EQ(StyleRefusal(10712, 1, 26, 1), nullptr);
-    EXPECT_STREQ(StyleRefusal(10712, 1, 26, 0), "Insufficient data");
-    EXPECT_STREQ(StyleRefusal(10710, 3, 100, 0), "Insufficient data");
-    EXPECT_EQ(StyleRefusal(10711, 3, 2, 1), nullptr);
+    const struct {
+        int command, kind, rows, full;
+        const char* expected;
+    } cases[] = {
+        {cmd::PriceLineButton, 6, 100, 1, "Please Select Chart With Price Line"},
+        {cmd::PriceLineButton, 19, 100, 0, nullptr}, // the close line needs no full columns
+        {cmd::CandleStickButton, 1, 25, 1, "Insufficient data"},
+        {cmd::CandleStickButton, 1, 26, 1, nullptr},
+        {cmd::CandleStickButton, 1, 26, 0, "Insufficient data"},
+        {cmd::HighLowButton, 3, 100, 0, "Insufficient data"},
+        {cmd::BarChartButton, 3, 2, 1, nullptr},
+    };
+    for (const auto& c : cases)
+        EXPECT_STREQ(StyleRefusal(c.command, c.kind, c.rows, c.full), c.expected) << c.command;
 }
 
 } // namespace

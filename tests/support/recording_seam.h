@@ -22,7 +22,7 @@
 #include <utility>
 #include <vector>
 
-#include "shell/core/user_seam.h"
+#include "base/user_seam.h"
 
 namespace velorin::test_support {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "analysis/engines.h"
-#include "market_data/series.h"
+#include "base/series.h"
 
 namespace {
 

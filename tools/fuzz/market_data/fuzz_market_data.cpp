@@ -20,8 +20,7 @@
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
-#include "market_data/feed_hooks.h"
-#include "shell/core/shell_state.h"
+#include "market_data/live_feed.h"
 
 namespace {
 
@@ -30,6 +29,13 @@ using namespace velorin;
 LiveValueResult feedAnswer = LiveValueResult::Ok;
 
 void FakeDisconnect(std::intptr_t) {}
+
+LiveValueResult FakeOpen();
+
+struct FakeFeed final : LiveFeed {
+    void Disconnect(std::intptr_t conversation) override { FakeDisconnect(conversation); }
+    LiveValueResult OpenLiveValue() override { return FakeOpen(); }
+} fakeFeed;
 
 LiveValueResult FakeOpen() {
     if (feedAnswer != LiveValueResult::NoConnection) {
@@ -46,7 +52,6 @@ LiveValueResult FakeOpen() {
 }
 
 bool Initialise() {
-    ResetShellState();
     ResetMarketDataState();
     if (!AllocateStagingBlocks()) std::abort();
     dateRules.todayDate = 40543.0; // 31 December 2010
@@ -65,7 +70,7 @@ void CheckStaging() {
     for (int row = 0; row < rows; ++row) {
         Check(std::memchr(c.dateText[row], '\0', DateTextSize) != nullptr);
         Check(c.dateNumber[row] >= 0.0);
-        if (shell.frameExists) Check(c.dateNumber[row] <= dateRules.todayDate);
+        if (dateRules.rejectFuture) Check(c.dateNumber[row] <= dateRules.todayDate);
         if (row > 0) Check(c.dateNumber[row] == 0.0 || c.dateNumber[row] > c.dateNumber[row - 1]);
         if (!marketData.hasFullColumns)
             Check(c.open[row] == MISSING_VALUE && c.volume[row] == MISSING_VALUE);
@@ -91,11 +96,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ++data;
     --size;
 
-    shell.frameExists = (flags & 1) != 0;
+    dateRules.rejectFuture = (flags & 1) != 0;
     dateRules.dayFirst = (flags & 2) != 0;
     marketData.filterOn = (flags >> 2) & 1;
-    shell.batchRunning = (flags >> 3) & 1;
-    feedHooks = FeedHooks{};
+    const bool batch = (flags >> 3) & 1;
+    InstallLiveFeed(nullptr);
     switch ((flags >> 4) & 3) {
     case 0:
         SetSelection("DATAFILE", "/desk/FUZZ.PRC", "FUZZ");
@@ -105,8 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         break; // no feed installed
     case 2:
         SetSelection("REUTER", "ts1", "FUZZ.N");
-        feedHooks.disconnect = &FakeDisconnect;
-        feedHooks.openLiveValue = &FakeOpen;
+        InstallLiveFeed(&fakeFeed);
         break;
     default:
         SetSelection("Excel", "[TickDB]Sheet1", "R1C1:R2000C6");
@@ -123,7 +127,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     dateText[dateLength] = '\0';
     const double day = ParseDate(dateText);
     Check(day == -1.0 || day >= -700000.0);
-    if (shell.frameExists) Check(day <= dateRules.todayDate);
+    if (dateRules.rejectFuture) Check(day <= dateRules.todayDate);
     std::unique_ptr<char[]> shortened(new char[dateLength + 1]);
     std::memcpy(shortened.get(), dateText, dateLength + 1);
     ShortenDateText(shortened.get(), dateLength + 1);
@@ -140,7 +144,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         CheckStaging();
         const int slot = (flags & 0x80) ? 998 : 0;
         marketData.nextSourceSlot = slot;
-        if (ConnectDataSource() == 1) {
+        if (ConnectDataSource(batch) == 1) {
             const DataSource* source = SourceAt(slot);
             Check(source != nullptr);
             Check(source->rowCount >= 0 && source->rowCount <= MaxRows);

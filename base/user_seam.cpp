@@ -1,4 +1,4 @@
-#include "shell/core/user_seam.h"
+#include "base/user_seam.h"
 
 namespace velorin {
 namespace {
@@ -15,7 +15,9 @@ UserSeam* currentSeam = &silentSeam;
 
 } // namespace
 
-UserSeam& Seam() { return *currentSeam; }
+UserSeam& Seam() {
+    return *currentSeam;
+}
 
 UserSeam* InstallSeam(UserSeam* seam) {
     UserSeam* previous = currentSeam == &silentSeam ? nullptr : currentSeam;

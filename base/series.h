@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // Series conventions shared by every subsystem: fixed row capacity and the
 // marker values that live inside price and volume columns.
 

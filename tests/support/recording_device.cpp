@@ -1,4 +1,4 @@
-#include "rendering/recording_device.h"
+#include "tests/support/recording_device.h"
 
 namespace velorin {
 

@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // The one way the program talks to the user: message boxes, file dialogs,
 // the wait cursor and modal dialogs. The desktop program installs a Qt
 // implementation; tests install a recording one and answer every question.
@@ -15,8 +14,8 @@ namespace velorin {
 enum class MessageIcon { Information, Stop, Warning, Question };
 
 struct FileDialogRequest {
-    std::string filter;         // e.g. "Text Files (*.PRC)"
-    std::string title;          // e.g. "Open Data File"
+    std::string filter; // e.g. "Text Files (*.PRC)"
+    std::string title;  // e.g. "Open Data File"
     std::string defaultExtension;
     bool save = false;
 };

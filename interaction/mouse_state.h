@@ -5,6 +5,9 @@
 
 #include <cstdint>
 
+#include "rendering/draw_device.h"
+#include "rendering/paint_context.h"
+
 namespace velorin {
 
 struct ChartMouseState {
@@ -48,5 +51,16 @@ extern ChartMouseState chartMouse;
 
 // Everything back to Idle: all zero.
 void ResetChartMouseState();
+
+// What a paint needs of the mouse and the tools: the readout, and the
+// object a tool has placed or moved whose points are still in pixels.
+ReadoutState ReadoutOf(const ChartMouseState& mouse);
+PlacedObjects PlacedObjectsOf(const ChartMouseState& mouse);
+// The tools whose objects a paint has turned into rows and values are done.
+void EndConvertedTools(ChartMouseState& mouse, const ObjectKinds& converted);
+
+// A crosshair move: the old hairs (after the first) and the new ones are
+// inverted; toolStep becomes 99 and hairX, hairY the mouse position.
+void MoveCrosshair(DrawDevice& device, ChartMouseState& mouse, int right, int bottom);
 
 } // namespace velorin

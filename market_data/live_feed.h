@@ -1,5 +1,4 @@
 #pragma once
-// Before writing code here, read DEVELOPERS.md at the repository root: team rules.
 // Where the live feeds plug into the market data layer. File and database
 // sources carry a negative pseudo-conversation and need no feed.
 
@@ -15,9 +14,11 @@ enum class LiveValueResult {
     ReplyRejected, // the reply could not be parsed (the conversation is open)
 };
 
-struct FeedHooks {
-    // Ends a live conversation; installed by the live feed layer.
-    void (*disconnect)(std::intptr_t conversation) = nullptr;
+class LiveFeed {
+  public:
+    virtual ~LiveFeed() = default;
+    // Ends a live conversation.
+    virtual void Disconnect(std::intptr_t conversation) = 0;
 
     // The second conversation of a connect to the live time series, asked by
     // ConnectDataSource after it has disconnected the history conversation
@@ -28,15 +29,19 @@ struct FeedHooks {
     // value as text with a 60000 ms time-out; parse the reply into staging
     // row 0. ConnectDataSource shows the messages, disconnects and frees the
     // slot on failure, and appends the row on success (AppendStagedRow).
-    // nullptr (no live feed yet): answered as NoConnection.
-    LiveValueResult (*openLiveValue)() = nullptr;
+    virtual LiveValueResult OpenLiveValue() = 0;
 };
-inline FeedHooks feedHooks;
+
+// The feed in force. Never null: without an installed feed every live
+// value is answered NoConnection and there is nothing to disconnect.
+LiveFeed& TheLiveFeed();
+// Installs `feed` (nullptr restores the absent one); returns the previous one.
+LiveFeed* InstallLiveFeed(LiveFeed* feed);
 
 // Ends `conversation` when it is a live one; negative and zero values are
 // file, database or absent conversations and need nothing.
 inline void DisconnectConversation(std::intptr_t conversation) {
-    if (conversation > 0 && feedHooks.disconnect) feedHooks.disconnect(conversation);
+    if (conversation > 0) TheLiveFeed().Disconnect(conversation);
 }
 
 } // namespace velorin

@@ -33,6 +33,7 @@ struct DrawOp {
     int align = 0;
     Colour textColour = 0;
     Colour textBackground = 0;
+    friend bool operator==(const DrawOp&, const DrawOp&) = default;
 };
 
 class RecordingDevice final : public DrawDevice {

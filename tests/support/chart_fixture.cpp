@@ -1,14 +1,14 @@
-#include "chart_fixture.h"
+#include "tests/support/chart_fixture.h"
 
 #include <cstdio>
 #include <cstring>
 
-#include "shell/core/shell_state.h"
+#include "rendering/style.h"
 
 namespace velorin::testing {
 
 ChartFixture::ChartFixture(const char* kindName, int layout, int n) {
-    ResetShellState();
+    ResetDrawingStyle();
     // Each fixture takes a slot of its own, so two can live side by side.
     while (SourceAt(slot_)) ++slot_;
     NewDataSource(slot_);

@@ -1,0 +1,78 @@
+#pragma once
+// The desk: the chart windows as the rest of the program sees them. The
+// Qt frame implements `Desk`; tests implement it headless. The registry
+// keeps the count of open charts and gives out the data source slots, and
+// does the close sequence of a chart.
+
+#include <cstdint>
+
+#include "chart_model/chart.h"
+
+namespace velorin {
+
+// Where a new child window goes.
+enum class WindowPlacement {
+    SystemDefault, // the windowing layer picks position and size
+    FillClient,    // the whole client area of the desk (batch runs)
+    Given,         // the rectangle passed along (layout restore)
+};
+
+struct ChildWindowRequest {
+    Chart* chart;
+    WindowClass windowClass;
+    const char* caption;
+    WindowPlacement placement;
+    int x, y, width, height; // for Given
+    bool hidden;             // layout restore: shown at the end
+};
+
+class Desk {
+  public:
+    virtual ~Desk() = default;
+    // Creates the child window of a chart and hands the chart to it;
+    // returns the window or 0.
+    virtual WindowId CreateChild(const ChildWindowRequest& request) = 0;
+    // A window made hidden while a layout is restored, shown at its end.
+    virtual void KeepHidden(WindowId window) { (void)window; }
+    // The chart commands work on (the active child, or a minimised one lying
+    // directly under it), with its window; nullptr when the desk is empty.
+    virtual Chart* ActiveChart(WindowId* windowOut) = 0;
+    // Repaint one chart window, erasing first.
+    virtual void Invalidate(WindowId window) = 0;
+    virtual void RepaintAllCharts() = 0;
+    // Windows one above the other (`horizontal`) or side by side.
+    virtual void Tile(bool horizontal) = 0;
+    // Destroys every child window (each closes its chart).
+    virtual void CloseAllChildren() = 0;
+    // The number of open charts changed between none and some.
+    virtual void MenuStateChanged() {}
+    // The companion windows and the change of source of a chart.
+    virtual void OpenDataView(WindowId window, Chart& chart) { (void)window, (void)chart; }
+    virtual void OpenLevelsView(WindowId window, Chart& chart) { (void)window, (void)chart; }
+    virtual void ChangeDataSource(WindowId window, Chart& chart) { (void)window, (void)chart; }
+};
+
+// The desk in force. Never null: without an installed desk an empty one
+// answers, which creates no window.
+Desk& TheDesk();
+// Installs `desk` (nullptr restores the empty one); returns the previous one.
+Desk* InstallDesk(Desk* desk);
+
+struct DeskRegistry {
+    std::int32_t chartCount; // open child windows of every class; limit MaxCharts
+};
+inline constexpr int MaxCharts = 50;
+extern DeskRegistry deskRegistry;
+void ResetDeskRegistry();
+
+// The slot of the source just connected, taken for its first chart.
+int ClaimSourceSlot();
+// A chart window now stands on the desk.
+void RegisterChart();
+// The close of a chart window: drawn objects and record released, the
+// source given back, the count lowered; the last one frees every slot.
+void CloseChart(Chart* chart);
+// After every window is gone: no charts, every slot free.
+void ClearDesk();
+
+} // namespace velorin

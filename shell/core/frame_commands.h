@@ -1,0 +1,36 @@
+#pragma once
+// The frame's commands, free of any window system: every id of the menu bar
+// and the button bar arrives at FrameCommand. The frame is reached through
+// `Frame`, which the Qt frame implements and tests implement headless.
+
+#include "chart_model/desk.h"
+#include "shell/core/menu_def.h"
+
+namespace velorin {
+
+class Frame : public Desk, public MenuModel {
+  public:
+    // The check mark of a menu item.
+    virtual void SetChecked(int commandId, bool checked) = 0;
+    virtual void Cascade() = 0;
+    virtual void ArrangeIcons() = 0;
+    // Exit: the frame goes at once, with no question.
+    virtual void DestroyFrame() = 0;
+    virtual void ShowAbout() = 0;
+    // A chart command sent to a chart window, as its own menus send it.
+    virtual void SendChartCommand(WindowId window, int commandId) = 0;
+};
+
+void FrameCommand(Frame& frame, int commandId);
+
+// The chart a chart command works on, with its window; nullptr (after
+// "Please Select Chart" for a companion view) when there is none.
+Chart* RequireChart(Frame& frame, WindowId* windowOut);
+// The gated menu items follow whether any chart is open.
+void UpdateFrameMenuState(Frame& frame);
+// Every child window closed; no charts, every source slot free.
+void CloseAllCharts(Frame& frame);
+// One tick of a periodic timer, under the wait cursor when it has work.
+void FrameTimerTick(int timerId);
+
+} // namespace velorin

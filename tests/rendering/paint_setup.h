@@ -1,0 +1,41 @@
+#pragma once
+// A paint context on colours and a line style of the test's own, and the
+// segments of a recording, for the rendering tests.
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "rendering/paint_context.h"
+#include "tests/support/recording_device.h"
+
+namespace velorin::testing {
+
+struct PaintSetup {
+    PaintSetup() {
+        std::copy_n(FirstRunColours(), PaletteSize, palette.current);
+        std::copy_n(FirstRunColours(), PaletteSize, palette.defaults);
+    }
+    PaintSetup(const PaintSetup&) = delete;
+    PaintSetup& operator=(const PaintSetup&) = delete;
+    Colour operator[](int entry) const { return palette.current[entry]; }
+
+    Palette palette{};
+    DrawingStyle style{1, 1, 1, 1, 0};
+    PaintMemory memory;
+    PaintContext ctx{palette, style, memory};
+};
+
+// left, top, right, bottom of a shape; from and to of a line.
+using Box = std::array<int, 4>;
+inline Box BoxOf(const DrawOp& op) {
+    return {op.x1, op.y1, op.x2, op.y2};
+}
+inline std::vector<Box> Boxes(const RecordingDevice& dev, DrawOpKind kind) {
+    std::vector<Box> out;
+    for (const DrawOp& op : dev.OpsOf(kind))
+        out.push_back(BoxOf(op));
+    return out;
+}
+
+} // namespace velorin::testing

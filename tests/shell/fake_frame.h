@@ -1,0 +1,108 @@
+#pragma once
+// A frame without windows: each child is a number holding its chart, the
+// menu is a map of greyed states built from the main menu, and every
+// window operation is recorded.
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "shell/core/frame_commands.h"
+
+namespace velorin::test_support {
+
+class FakeFrame final : public Frame {
+  public:
+    struct Child {
+        WindowId id;
+        Chart* chart;
+        std::string caption;
+        WindowPlacement placement;
+    };
+
+    FakeFrame() {
+        previous_ = InstallDesk(this);
+        int n = 0;
+        const MenuEntry* e = MainMenuEntries(&n);
+        for (int i = 0; i < n; ++i)
+            if (e[i].type == MenuEntry::Item) {
+                greyed[e[i].id] = e[i].greyed;
+                checked[e[i].id] = e[i].checked;
+            }
+    }
+    ~FakeFrame() override {
+        CloseAllChildren();
+        InstallDesk(previous_);
+    }
+
+    // Desk
+    WindowId CreateChild(const ChildWindowRequest& r) override {
+        if (refuseWindows) return 0;
+        children.push_back({nextId, r.chart, r.caption, r.placement});
+        active = nextId;
+        return nextId++;
+    }
+    Chart* ActiveChart(WindowId* windowOut) override {
+        if (windowOut) *windowOut = active;
+        for (const Child& c : children)
+            if (c.id == active) return c.chart;
+        return nullptr;
+    }
+    void Invalidate(WindowId window) override { invalidated.push_back(window); }
+    void RepaintAllCharts() override { ++repaintAll; }
+    void Tile(bool horizontal) override { tiles.push_back(horizontal); }
+    void CloseAllChildren() override {
+        while (!children.empty())
+            Close(children.back().id);
+    }
+    void MenuStateChanged() override { UpdateFrameMenuState(*this); }
+    void OpenDataView(WindowId window, Chart&) override { dataViews.push_back(window); }
+
+    // Frame
+    void SetChecked(int id, bool on) override { checked[id] = on; }
+    void Cascade() override { ++cascades; }
+    void ArrangeIcons() override { ++arranges; }
+    void DestroyFrame() override {
+        destroyed = true;
+        CloseAllCharts(*this);
+    }
+    void ShowAbout() override { ++abouts; }
+    void SendChartCommand(WindowId window, int id) override { sent.push_back({window, id}); }
+
+    // MenuModel
+    bool IsGreyed(int id) const override {
+        auto it = greyed.find(id);
+        return it != greyed.end() && it->second;
+    }
+    void SetGreyed(int id, bool g) override {
+        if (greyed.count(id)) greyed[id] = g;
+    }
+
+    // A window closing, as its close box does it.
+    void Close(WindowId id) {
+        for (auto it = children.begin(); it != children.end(); ++it)
+            if (it->id == id) {
+                Chart* chart = it->chart;
+                children.erase(it);
+                if (active == id) active = children.empty() ? 0 : children.back().id;
+                CloseChart(chart);
+                return;
+            }
+    }
+
+    std::vector<Child> children;
+    WindowId active = 0;
+    WindowId nextId = 1;
+    bool refuseWindows = false;
+    std::map<int, bool> greyed, checked;
+    std::vector<WindowId> invalidated, dataViews;
+    std::vector<bool> tiles;
+    std::vector<std::pair<WindowId, int>> sent;
+    int repaintAll = 0, cascades = 0, arranges = 0, abouts = 0;
+    bool destroyed = false;
+
+  private:
+    Desk* previous_ = nullptr;
+};
+
+} // namespace velorin::test_support
