@@ -2,19 +2,19 @@
 
 #include <cstring>
 #include <ctime>
-#include <utility>
 
-#include "market_data/data_source.h"
 #include "base/series.h"
+#include "market_data/data_source.h"
 
 namespace velorin {
 
 DateRules dateRules{0.0, false, false};
 
-void ResetDateRules() { dateRules = {0.0, false, false}; }
+void ResetDateRules() {
+    dateRules = {0.0, false, false};
+}
 
 namespace {
-
 
 constexpr long long DayZero = DaysFromCivil(1899, 12, 30);
 static_assert(DaysFromCivil(1900, 1, 1) - DayZero == 2);
@@ -51,8 +51,16 @@ bool IsLetter(char c) {
 char Lower(char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
-bool IsDateSeparator(char c) {
-    return c == ' ' || c == '\t' || c == '/' || c == '-' || c == '.' || c == ',';
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+// Marks between the parts of a date. The dot is not one: it separates the
+// parts of a time.
+bool IsDateMark(char c) {
+    return c == '/' || c == '-' || c == ',';
+}
+bool IsTimeMark(char c) {
+    return c == ':' || c == '.';
 }
 
 constexpr const char* MonthNames[12] = {"january",   "february", "march",    "april",
@@ -60,26 +68,45 @@ constexpr const char* MonthNames[12] = {"january",   "february", "march",    "ap
                                         "september", "october",  "november", "december"};
 constexpr const char* WeekdayNames[7] = {"monday", "tuesday",  "wednesday", "thursday",
                                          "friday", "saturday", "sunday"};
+constexpr int September = 9;
 
-// A word matches a name written in full or by its first three letters.
+// A word (lower case) matches a name written in full or by its first three
+// letters.
 bool WordIs(const char* word, std::size_t length, const char* name) {
-    const std::size_t full = std::strlen(name);
-    if (length != full && length != 3) return false;
-    return std::strncmp(word, name, length) == 0;
+    if (word[0] != name[0] || word[1] != name[1] || word[2] != name[2]) return false;
+    return length == 3 || (length == std::strlen(name) && std::strcmp(word + 3, name + 3) == 0);
 }
 
-struct Number {
-    int value;
-    int digits;
-};
-
-bool YearLike(const Number& n) {
-    return n.digits >= 3 || n.value > 31;
+// Month 1 to 12 of a word, 0 for none. September is shortened the locale's
+// way: "Sep" where the month comes first, "Sept" where the day does.
+int MonthOfWord(const char* word, std::size_t length) {
+    if (length < 3) return 0;
+    for (int m = 0; m < 12; ++m) {
+        if (m + 1 == September) {
+            if (std::strncmp(word, "sep", 3) != 0) continue;
+            if (length == 3) return dateRules.dayFirst ? 0 : September;
+            if (length == 4) return dateRules.dayFirst && word[3] == 't' ? September : 0;
+            return std::strcmp(word, MonthNames[m]) == 0 ? September : 0;
+        }
+        if (WordIs(word, length, MonthNames[m])) return m + 1;
+    }
+    return 0;
 }
 
-int ToYear(const Number& n) {
-    if (n.digits <= 2) return n.value < 50 ? 2000 + n.value : 1900 + n.value;
-    return n.value;
+bool IsWeekday(const char* word, std::size_t length) {
+    if (length < 3) return false;
+    for (const char* name : WeekdayNames)
+        if (WordIs(word, length, name)) return true;
+    return false;
+}
+
+// Year of a number as typed; the value decides, not the digits: 0 to 49 are
+// 2000 to 2049, 50 to 99 are 1950 to 1999, 100 to 9999 are themselves.
+// 0 for a number that cannot be a year.
+int YearOf(int value) {
+    if (value < 50) return 2000 + value;
+    if (value < 100) return 1900 + value;
+    return value < 10000 ? value : 0;
 }
 
 int CurrentYear() {
@@ -90,21 +117,78 @@ int CurrentYear() {
     return local ? local->tm_year + 1900 : 2000;
 }
 
-// Month and day from two numbers in the user's order; a first number above
-// 12 with a second one of 12 or less is read the other way round.
-void OrderMonthDay(int first, int second, int& month, int& day) {
-    if (!dateRules.dayFirst) {
-        month = first;
-        day = second;
-        if (first > 12 && second <= 12) std::swap(month, day);
-    } else {
-        day = first;
-        month = second;
-        if (second > 12 && first <= 12) std::swap(month, day);
-    }
+constexpr double NoDate = -1.0;
+
+// Day number of a civil date, NoDate when there is no such day. A year of 0
+// is the "no year" of YearOf.
+double DayNumber(int year, int month, int day) {
+    if (year == 0 || month < 1 || month > 12 || day < 1 || day > DaysInMonth(year, month))
+        return NoDate;
+    return static_cast<double>(DaysFromCivil(year, month, day) - DayZero);
 }
 
-constexpr double NoDate = -1.0;
+// Where year, month and day stand among three numbers.
+struct FieldOrder {
+    unsigned char year, month, day;
+};
+constexpr FieldOrder Mdy{2, 0, 1}, Dmy{2, 1, 0}, Ymd{0, 1, 2}, Ydm{0, 2, 1}, Myd{1, 0, 2},
+    Dym{1, 2, 0};
+// The locale's order first, then the other one, then the year first and the
+// year in the middle.
+constexpr FieldOrder MonthFirstOrders[6] = {Mdy, Dmy, Ymd, Ydm, Myd, Dym};
+constexpr FieldOrder DayFirstOrders[6] = {Dmy, Mdy, Ymd, Ydm, Dym, Myd};
+
+// A date from numbers alone: the first reading of them that is a date.
+double DateOfNumbers(const int* n, int count) {
+    if (count == 3) {
+        const FieldOrder* orders = dateRules.dayFirst ? DayFirstOrders : MonthFirstOrders;
+        for (int k = 0; k < 6; ++k) {
+            const FieldOrder o = orders[k];
+            const double value = DayNumber(YearOf(n[o.year]), n[o.month], n[o.day]);
+            if (value != NoDate) return value;
+        }
+        return NoDate;
+    }
+    if (count != 2) return NoDate; // one number alone is no date
+    // A day and a month of this year, the locale's order first...
+    const auto monthDay = [](int month, int day) {
+        return month >= 1 && month <= 12 && day >= 1 && day <= 31;
+    };
+    if (monthDay(n[0], n[1]) || monthDay(n[1], n[0])) {
+        const int year = CurrentYear();
+        const int m = dateRules.dayFirst ? 1 : 0;
+        double value = DayNumber(year, n[m], n[1 - m]);
+        if (value == NoDate) value = DayNumber(year, n[1 - m], n[m]);
+        if (value != NoDate) return value;
+    }
+    // ...otherwise the first of a month of a year.
+    const double value = DayNumber(YearOf(n[1]), n[0], 1);
+    return value != NoDate ? value : DayNumber(YearOf(n[0]), n[1], 1);
+}
+
+// A date with its month named: the numbers are a day and a year.
+double DateOfNamedMonth(int month, const int* n, int count) {
+    if (count == 1) {
+        // A day of this year, else the first of the month of a year.
+        if (n[0] >= 1 && n[0] <= 31) {
+            const double value = DayNumber(CurrentYear(), month, n[0]);
+            if (value != NoDate) return value;
+        }
+        return DayNumber(YearOf(n[0]), month, 1);
+    }
+    if (count != 2) return NoDate;
+    const double value = DayNumber(YearOf(n[1]), month, n[0]);
+    return value != NoDate ? value : DayNumber(YearOf(n[0]), month, n[1]);
+}
+
+// Digits from `i` on; the value stops growing past any part of a date.
+int ReadNumber(const char* text, std::size_t length, std::size_t& i) {
+    constexpr int Ceiling = 100000;
+    int value = 0;
+    for (; i < length && IsDigit(text[i]); ++i)
+        if (value < Ceiling) value = value * 10 + (text[i] - '0');
+    return value;
+}
 
 // The parser itself, without the test against today.
 double ParseDateValue(const char* text) {
@@ -112,84 +196,77 @@ double ParseDateValue(const char* text) {
     const std::size_t length = strnlen(text, DateTextSize);
     if (length >= static_cast<std::size_t>(DateTextSize)) return NoDate;
 
-    Number numbers[4]; // a fourth may still turn out to be the hour of "10 PM"
+    int numbers[4]; // a fourth may still turn out to be the hour of "10 PM"
     int numberCount = 0;
     int month = 0;
     bool weekdaySeen = false;
     bool haveTime = false;
     bool meridianSeen = false;
     int timeHour = 0;
+    int marks = 0;            // date separators so far: two at most
+    bool markPending = false; // a date separator not yet followed by a part
     enum { None, Num, Time, Other } last = None;
 
     std::size_t i = 0;
     while (i < length) {
         const char c = text[i];
-        if (IsDateSeparator(c)) {
+        if (IsBlank(c)) {
             ++i;
             continue;
         }
+        if (IsDateMark(c)) {
+            // Nothing before it, two in a row, or a third one: no date.
+            if (last == None || markPending || ++marks > 2) return NoDate;
+            markPending = true;
+            ++i;
+            continue;
+        }
+        markPending = false;
         if (IsDigit(c)) {
-            std::size_t j = i;
-            int value = 0;
-            while (j < length && IsDigit(text[j])) {
-                if (j - i >= 4) return NoDate; // no field of a date has 5 digits
-                value = value * 10 + (text[j] - '0');
-                ++j;
-            }
-            const int digits = static_cast<int>(j - i);
-            if (j < length && text[j] == ':') {
-                // A time: h:mm or h:mm:ss; it is checked and dropped.
-                if (haveTime) return NoDate;
-                for (int p = 0; p < 2 && j < length && text[j] == ':'; ++p) {
-                    std::size_t k = j + 1;
-                    int v = 0;
-                    while (k < length && IsDigit(text[k])) {
-                        if (k - (j + 1) >= 2) return NoDate;
-                        v = v * 10 + (text[k] - '0');
-                        ++k;
-                    }
-                    if (k == j + 1 || v > 59) return NoDate;
-                    j = k;
+            const std::size_t start = i;
+            const int value = ReadNumber(text, length, i);
+            if (i < length && IsTimeMark(text[i])) {
+                // A time: h:mm or h:mm:ss, the dot in place of the colon
+                // as well; it is checked and dropped.
+                if (haveTime || i - start > 2 || value > 23) return NoDate;
+                for (int p = 0; p < 2 && i < length && IsTimeMark(text[i]); ++p) {
+                    const std::size_t from = ++i;
+                    const int part = ReadNumber(text, length, i);
+                    if (i == from || i - from > 2 || part > 59) return NoDate;
                 }
-                if (digits > 2 || value > 23) return NoDate;
                 haveTime = true;
                 timeHour = value;
                 last = Time;
-                i = j;
                 continue;
             }
             if (numberCount == 4) return NoDate;
-            numbers[numberCount++] = Number{value, digits};
+            numbers[numberCount++] = value;
             last = Num;
-            i = j;
             continue;
         }
         if (IsLetter(c)) {
             char word[10];
-            std::size_t j = i;
-            while (j < length && IsLetter(text[j])) {
-                if (j - i >= sizeof word) return NoDate;
-                word[j - i] = Lower(text[j]);
-                ++j;
+            std::size_t wordLength = 0;
+            for (; i < length && IsLetter(text[i]); ++i) {
+                if (wordLength == sizeof word - 1) return NoDate;
+                word[wordLength++] = Lower(text[i]);
             }
-            const std::size_t wordLength = j - i;
-            i = j;
-            bool known = false;
-            for (int m = 0; m < 12 && !known; ++m) {
-                if (WordIs(word, wordLength, MonthNames[m])) {
-                    if (month != 0) return NoDate;
-                    month = m + 1;
-                    known = true;
+            word[wordLength] = '\0';
+            if (const int named = MonthOfWord(word, wordLength)) {
+                if (month == 0) {
+                    month = named;
+                } else {
+                    // The same month twice counts once; the other one is
+                    // its number.
+                    if (named != month || numberCount == 4) return NoDate;
+                    numbers[numberCount++] = named;
                 }
+                last = Other;
+                continue;
             }
-            for (int d = 0; d < 7 && !known; ++d) {
-                if (WordIs(word, wordLength, WeekdayNames[d])) {
-                    if (weekdaySeen) return NoDate;
-                    weekdaySeen = true;
-                    known = true;
-                }
-            }
-            if (known) {
+            if (IsWeekday(word, wordLength)) {
+                if (weekdaySeen) return NoDate;
+                weekdaySeen = true;
                 last = Other;
                 continue;
             }
@@ -200,10 +277,8 @@ double ParseDateValue(const char* text) {
             meridianSeen = true;
             if (last == Num && !haveTime) {
                 // "10 PM": the number before is an hour.
-                const Number hour = numbers[--numberCount];
-                if (hour.digits > 2) return NoDate;
                 haveTime = true;
-                timeHour = hour.value;
+                timeHour = numbers[--numberCount];
             } else if (last != Time) {
                 return NoDate;
             }
@@ -211,63 +286,17 @@ double ParseDateValue(const char* text) {
             last = Other;
             continue;
         }
-        return NoDate;
+        return NoDate; // the abbreviation dot of "Dec." among others
     }
+    if (markPending) return NoDate;
 
     if (numberCount > 3) return NoDate;
     if (numberCount == 0 && month == 0) {
         // A time alone is day 0; anything else is no date.
         return haveTime && !weekdaySeen ? 0.0 : NoDate;
     }
-
-    int year = 0;
-    int day = 0;
-    if (month != 0) {
-        if (numberCount == 0 || numberCount == 3) return NoDate;
-        if (numberCount == 1) {
-            if (YearLike(numbers[0])) {
-                year = ToYear(numbers[0]);
-                day = 1;
-            } else {
-                day = numbers[0].value;
-                year = CurrentYear();
-            }
-        } else if (YearLike(numbers[0]) && !YearLike(numbers[1])) {
-            year = ToYear(numbers[0]);
-            day = numbers[1].value;
-        } else {
-            day = numbers[0].value;
-            year = ToYear(numbers[1]);
-        }
-    } else if (numberCount == 2) {
-        if (YearLike(numbers[0])) {
-            year = ToYear(numbers[0]);
-            month = numbers[1].value;
-            day = 1;
-        } else if (YearLike(numbers[1])) {
-            month = numbers[0].value;
-            day = 1;
-            year = ToYear(numbers[1]);
-        } else {
-            OrderMonthDay(numbers[0].value, numbers[1].value, month, day);
-            year = CurrentYear();
-        }
-    } else if (numberCount == 3) {
-        if (YearLike(numbers[0])) {
-            year = ToYear(numbers[0]);
-            month = numbers[1].value;
-            day = numbers[2].value;
-        } else {
-            OrderMonthDay(numbers[0].value, numbers[1].value, month, day);
-            year = ToYear(numbers[2]);
-        }
-    } else {
-        return NoDate; // one number alone
-    }
-
-    if (year < 100 || year > 9999 || month < 1 || month > 12) return NoDate;
-    if (day < 1 || day > DaysInMonth(year, month)) return NoDate;
-    return static_cast<double>(DaysFromCivil(year, month, day) - DayZero);
+    return month != 0 ? DateOfNamedMonth(month, numbers, numberCount)
+                      : DateOfNumbers(numbers, numberCount);
 }
 
 bool IsSquashed(char c) {
@@ -288,16 +317,9 @@ double TodayFromClock() {
     const std::time_t now = std::time(nullptr);
     const std::tm* local = std::localtime(&now);
     if (!local) return NoDate;
-    // "Www Mmm dd hh:mm:ss yyyy\n": month, day and blank from index 4, the
-    // year from index 20.
-    const char* stamp = std::asctime(local);
-    if (!stamp || strnlen(stamp, 24) < 24) return NoDate;
-    char text[12];
-    std::memcpy(text, stamp + 4, 7);
-    std::memcpy(text + 7, stamp + 20, 4);
-    text[11] = '\0';
-    // The frame does not exist yet when today is computed: no test here.
-    return ParseDateValue(text);
+    // From the calendar fields, not through the parser: the clock's month
+    // abbreviations ("Sep") are not all names of every locale.
+    return DayNumber(local->tm_year + 1900, local->tm_mon + 1, local->tm_mday);
 }
 
 void ShortenDateText(char* text, std::size_t capacity) {

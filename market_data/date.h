@@ -26,10 +26,16 @@ void ResetDateRules();
 
 // Day number of `text`, time part dropped; -1.0 for text that is no date,
 // for 20 characters or more, and (with `dateRules.rejectFuture`) for a
-// date after today.
+// date after today. Parts are separated by "/", "-", "," and blanks; the
+// fields are read in the locale's order (`dateRules.dayFirst`), else in the
+// first other order that gives a date; a month may be named (English, in
+// full or by three letters). Years 0-49 are 2000-2049, 50-99 are 1950-1999.
+// Two parts are a day and month of this year, else a month of a year. A
+// time (":" or ".") beside the date is checked and dropped; a time alone
+// is day 0.
 double ParseDate(const char* text);
 
-// Today's day number from the local clock, in the form "Mon dd yyyy".
+// Today's day number from the local clock.
 double TodayFromClock();
 
 // Shortens a date text for the axis, in place. `capacity` is the number of
