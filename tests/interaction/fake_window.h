@@ -14,24 +14,20 @@ class FakeWindow : public ChartWindowPort {
     // 440 x 240 client: the plot runs x 40..437, y 20..220.
     FakeWindow() { ResetChartMouseState(); }
     WindowId Id() const override { return 1; }
-    int Right() const override { return right; }
-    int Bottom() const override { return bottom; }
-    int LastBarX() const override { return lastBarX; }
+    int Right() const override { return 440; }
+    int Bottom() const override { return 240; }
+    int LastBarX() const override { return 439; }
     std::string Caption() const override { return caption; }
     void SetCaption(const std::string& c) override { caption = c; }
     void Capture(bool on) override { captured = on; }
     void SetRingCursor() override { ringCursor = true; }
     void RestoreCursor() override { ringCursor = false; }
-    void Invalidate() override { ++invalidates; }
+    void Invalidate() override {}
     void InvalidateReadout() override { ++readouts; }
 
-    int right = 440;
-    int bottom = 240;
-    int lastBarX = 439;
     std::string caption = "ACME Price";
     bool captured = false;
     bool ringCursor = false;
-    int invalidates = 0;
     int readouts = 0;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
-// A paint context on colours and a line style of the test's own, and the
-// segments of a recording, for the rendering tests.
+// A paint context on the first-run colours and a line style of the test's
+// own, and the corners of recorded operations, for the rendering tests.
 
 #include <algorithm>
 #include <array>
@@ -12,12 +12,8 @@
 namespace velorin::testing {
 
 struct PaintSetup {
-    PaintSetup() {
-        std::copy_n(FirstRunColours(), PaletteSize, palette.current);
-        std::copy_n(FirstRunColours(), PaletteSize, palette.defaults);
-    }
-    PaintSetup(const PaintSetup&) = delete;
-    PaintSetup& operator=(const PaintSetup&) = delete;
+    PaintSetup() { std::copy_n(FirstRunColours(), PaletteSize, palette.current); }
+    PaintSetup(const PaintSetup&) = delete; // ctx refers to the members
     Colour operator[](int entry) const { return palette.current[entry]; }
 
     Palette palette{};

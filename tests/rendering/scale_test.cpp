@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "rendering/scale.h"
@@ -10,91 +11,58 @@
 namespace velorin {
 namespace {
 
-using testing::ChartFixture;
-using testing::GAP;
+using namespace velorin::testing;
 
-TEST(ValueRange, PriceIsPaddedAndFlatCloseGetsTinyRange) {
-    ChartFixture f("Price", LayoutPlain, 30);
-    for (int i = 0; i < 30; ++i)
-        f.columns().close[i] = f.columns().open[i] = f.columns().high[i] = f.columns().low[i] = 5.0;
-    auto range = [&] {
-        ChartScale s = MakeChartScale(400, 300);
-        FindValueRange(f.chart(), s);
-        return std::pair{s.valueMin, s.valueMax};
-    };
-    EXPECT_EQ(range(), std::pair(5.0 - 0.001, 5.0 + 0.001));
-    // Candles bring in high, low and open; a gap in a price column is taken
-    // as a value.
+std::pair<double, double> RangeOf(const Chart& chart, int right = 400) {
+    ChartScale s = MakeChartScale(right, 300);
+    FindValueRange(chart, s);
+    return {s.valueMin, s.valueMax};
+}
+
+TEST(ValueRange, PriceIsPaddedAndCandlesBringInHighLowOpenAndGaps) {
+    ChartFixture f("Price", LayoutPlain, 30); // closes 100..129, highs and lows 1 either side
+    EXPECT_EQ(RangeOf(f.chart()), std::pair(100.0 - 0.001, 129.0 + 0.001));
     f.chart().view->showLine = 0;
     f.chart().view->showCandle = 1;
-    f.columns().high[3] = 9.0;
-    f.columns().low[4] = 2.0;
-    EXPECT_EQ(range(), std::pair(2.0 - 0.001, 9.0 + 0.001));
-    f.columns().close[5] = GAP;
-    EXPECT_DOUBLE_EQ(range().first, GAP - 0.001);
+    EXPECT_EQ(RangeOf(f.chart()), std::pair(99.0 - 0.001, 130.0 + 0.001));
+    f.columns().open[4] = 2.0;
+    EXPECT_DOUBLE_EQ(RangeOf(f.chart()).first, 2.0 - 0.001);
+    f.columns().low[5] = GAP; // a gap in a price column is taken as a value
+    EXPECT_DOUBLE_EQ(RangeOf(f.chart()).first, GAP - 0.001);
 }
 
-TEST(ValueRange, TestUsesClientWidthButSpanUsesPlotWidth) {
-    // right 100, W 60, P 1. With 70 rows 70 - 100 < 0: every row is taken,
-    // also rows 0..9 that are off screen.
-    ChartFixture f("Price", LayoutPlain, 110);
-    f.columns().close[0] = 500.0;
-    f.chart().rowCount = 70;
-    ChartScale s = MakeChartScale(100, 300);
-    FindValueRange(f.chart(), s);
-    EXPECT_DOUBLE_EQ(s.valueMax, 500.001);
-    // With 110 rows the span starts at 110 - 60 = 50 and row 0 is out.
-    f.chart().rowCount = 110;
-    s = MakeChartScale(100, 300);
-    FindValueRange(f.chart(), s);
-    EXPECT_DOUBLE_EQ(s.valueMin, 150.0 - 0.001);
-    EXPECT_DOUBLE_EQ(s.valueMax, 209.0 + 0.001);
-}
-
-TEST(ValueRange, CurvesSkipGapsEmptyCurveGivesZeroToOneFractionsFinishOnGrid) {
+TEST(ValueRange, CurvesSkipGapsUnpaddedAndEndsFinishOnTheFractionGrid) {
     ChartFixture f("RSI", LayoutOneCurve, 30);
-    ChartScale s = MakeChartScale(400, 300);
-    FindValueRange(f.chart(), s);
-    EXPECT_EQ(s.valueMin, 0.0);
-    EXPECT_EQ(s.valueMax, 1.0);
+    EXPECT_EQ(RangeOf(f.chart()), std::pair(0.0, 1.0)); // an empty curve
     ChartFixture::Fill(f.model(0), {GAP, 30.0, 70.0, GAP});
-    s = MakeChartScale(400, 300);
-    FindValueRange(f.chart(), s);
-    EXPECT_EQ(s.valueMin, 30.0); // not padded, gaps ignored
-    EXPECT_EQ(s.valueMax, 70.0);
-
-    double lo = 100.01, hi = 100.49;
-    FinishValueRange(32, lo, hi);
-    EXPECT_DOUBLE_EQ(lo, 100.0);
-    EXPECT_DOUBLE_EQ(hi, 100.5);
-    // Negative ends move toward zero on the grid; when both land on the
-    // same grid point the range becomes one grid step.
-    lo = -6.9999;
-    hi = -6.9989;
-    FinishValueRange(8, lo, hi);
-    EXPECT_DOUBLE_EQ(lo, -6.875);
-    EXPECT_DOUBLE_EQ(hi, -6.75);
+    EXPECT_EQ(RangeOf(f.chart()), std::pair(30.0, 70.0));
+    // Outward on the 1/D grid, negative ends toward zero; ends that land on
+    // one grid point, or an empty whole-number range, get one step.
+    const std::tuple<int, double, double, double, double> cases[] = {
+        {32, 100.01, 100.49, 100.0, 100.5},
+        {8, -6.9999, -6.9989, -6.875, -6.75},
+        {1, 3.0, 3.0, 3.0, 3.001},
+    };
+    for (auto [denominator, lo, hi, wantLo, wantHi] : cases) {
+        FinishValueRange(denominator, lo, hi);
+        EXPECT_DOUBLE_EQ(lo, wantLo) << denominator;
+        EXPECT_DOUBLE_EQ(hi, wantHi) << denominator;
+    }
 }
 
-TEST(ComputeScaleTest, TickSpacingAndStretchFrom25RowsButNotTickData) {
-    ChartFixture f("Price", LayoutPlain, 10);
-    for (double P : {4.0, 8.0, 16.0, 50.0, 2.0}) {
-        f.chart().view->resolution = P;
-        ChartScale s = MakeChartScale(400, 300);
-        FindValueRange(f.chart(), s);
-        ComputeScale(f.chart(), s);
-        EXPECT_EQ(s.tickSpacing, (P == 50.0 || P == 2.0) ? 50 : 48) << P;
-    }
-
-    ChartFixture g("Price", LayoutPlain, 25);
+TEST(ComputeScaleTest, WholeRowTicksAndStretchFrom25RowsButNotTickData) {
+    ChartFixture f("Price", LayoutPlain, 25);
     ChartScale s = MakeChartScale(1040, 300);
+    f.chart().view->resolution = 8.0; // whole-row resolutions tick every 48 pixels
+    ComputeScale(f.chart(), s);
+    EXPECT_EQ(s.tickSpacing, 48);
     // 25 rows stretch over 1000 pixels; 24 crowd at the left; ticks never stretch.
     for (auto [rows, tick, P] : {std::tuple{25, 0, 40.0}, {24, 0, 0.25}, {25, 1, 0.25}}) {
-        g.chart().rowCount = rows;
-        g.source().tick = tick;
-        g.chart().view->resolution = 0.25;
-        ComputeScale(g.chart(), s);
-        EXPECT_DOUBLE_EQ(g.chart().view->resolution, P) << rows << " " << tick;
+        f.chart().rowCount = rows;
+        f.source().tick = tick;
+        f.chart().view->resolution = 0.25;
+        ComputeScale(f.chart(), s);
+        EXPECT_DOUBLE_EQ(f.chart().view->resolution, P) << rows << " " << tick;
     }
 }
 
@@ -107,32 +75,29 @@ TEST(RowsAndPixels, ReadoutRowIsOneLeftOfObjectRow) {
     char date[DateTextSize];
     XToDateText(f.chart(), 238, lastBarX, date);
     EXPECT_STREQ(date, "R98");
-    XToDateText(f.chart(), 5000, lastBarX, date);
-    EXPECT_STREQ(date, "");
     // The x of a date: row 99 one pixel right of lastBarX, row 90 18 left.
     EXPECT_DOUBLE_EQ(DateTextToX(f.chart(), "R99", lastBarX), 239.0);
     EXPECT_DOUBLE_EQ(DateTextToX(f.chart(), "R90", lastBarX), 221.0);
     EXPECT_DOUBLE_EQ(DateTextToX(f.chart(), "nope", lastBarX), 0.0);
-    EXPECT_DOUBLE_EQ(ValueToY(300, 20, 2.5, 10.0, 50.0), 180.0);
-    EXPECT_DOUBLE_EQ(YToValue(300, 20, 2.5, 10.0, 180), 50.0);
 }
 
 TEST(PriceScale, FractionalStepsAndLabels) {
-    EXPECT_DOUBLE_EQ(PriceScaleStep(0.5, 8, 32), 2.0 / 32);
-    EXPECT_DOUBLE_EQ(PriceScaleStep(0.01, 8, 32), 1.0 / 32);
+    EXPECT_DOUBLE_EQ(PriceScaleStep(0.01, 8, 32), 1.0 / 32); // never below one grid step
     EXPECT_DOUBLE_EQ(PriceScaleStep(0.55, 8, 32), 2.0 / 32); // 0.06875 truncates to 2/32
     EXPECT_DOUBLE_EQ(PriceScaleStep(3.3, 2, 1), 1.65);
-    const std::pair<double, int> values[] = {
-        {102.25, 32}, {-3.25, 32}, {102.0, 32}, {102.5, 1}, {1234.56789, 1}};
-    const char* labels[] = {"102-8", "-3--8", "102", "102.500", "1234.56"};
-    for (int i = 0; i < 5; ++i) {
+    const std::tuple<double, int, const char*> cases[] = {{102.25, 32, "102-8"},
+                                                          {-3.25, 32, "-3--8"},
+                                                          {102.0, 32, "102"},
+                                                          {102.5, 1, "102.500"},
+                                                          {1234.56789, 1, "1234.56"}};
+    for (auto [value, denominator, text] : cases) {
         char label[64];
-        FormatPriceLabel(values[i].first, values[i].second, label);
-        EXPECT_STREQ(label, labels[i]);
+        FormatPriceLabel(value, denominator, label);
+        EXPECT_STREQ(label, text);
     }
 }
 
-TEST(PriceScale, LabelsTicksGridAndClosingMinimumLabel) {
+TEST(PriceScale, LabelsTicksAndClosingMinimumLabel) {
     ChartFixture f("Price", LayoutPlain, 30);
     RecordingDevice dev;
     ChartScale s = MakeChartScale(400, 140); // 100 pixels of plot
@@ -145,22 +110,11 @@ TEST(PriceScale, LabelsTicksGridAndClosingMinimumLabel) {
     DrawPriceTicks(f.chart(), dev, s, grid);
     // 20, 15, 10 by the loop, then valueMin once more without a tick.
     EXPECT_EQ(dev.Texts(), (std::vector<std::string>{"20.0000", "15.0000", "10.0000", "10.0000"}));
-    auto texts = dev.OpsOf(DrawOpKind::Text);
-    EXPECT_EQ(texts[0].y1, 20 - LabelRaise);
-    EXPECT_EQ(texts[1].y1, 70 - LabelRaise);
+    EXPECT_EQ(dev.OpsOf(DrawOpKind::Text)[1].y1, 70 - LabelRaise);
     auto lines = dev.OpsOf(DrawOpKind::LineTo);
     ASSERT_EQ(lines.size(), 3u);
-    EXPECT_EQ(testing::BoxOf(lines[1]), (testing::Box{39, 70, 43, 70}));
+    EXPECT_EQ(BoxOf(lines[1]), (Box{39, 70, 43, 70}));
     EXPECT_EQ(lines[1].pen.colour, grid);
-
-    // With the grid on the scale draws grid lines across the plot instead.
-    dev.Clear();
-    f.chart().view->gridOn = 1;
-    DrawPriceScale(f.chart(), dev, s, grid);
-    lines = dev.OpsOf(DrawOpKind::LineTo);
-    ASSERT_EQ(lines.size(), 3u);
-    EXPECT_EQ(lines[0].x1, 40);
-    EXPECT_EQ(lines[0].x2, 400);
 
     // A fractional scale writes no closing label.
     dev.Clear();
@@ -173,14 +127,8 @@ TEST(PriceScale, LabelsTicksGridAndClosingMinimumLabel) {
 
 TEST(TimeScale, FullShortAndFractionalWindows) {
     ChartFixture f("Price", LayoutPlain, 1000);
-    struct Case {
-        int n;
-        double P;
-        int right;
-        std::vector<std::string> labels;
-        int ticks; // -1: not checked
-    };
-    const Case cases[] = {
+    // rows, P, right, labels, ticks (-1: not checked)
+    const std::tuple<int, double, int, std::vector<std::string>, int> cases[] = {
         // Full window at P 2: the loop runs to p = W in rows, so ticks go on
         // past the right edge without labels.
         {200, 2.0, 139, {"R150", "R175"}, 4},
@@ -190,18 +138,14 @@ TEST(TimeScale, FullShortAndFractionalWindows) {
         {1000, 0.5, 140, {"R0", "R100", "R200"}, -1},
         {100, 50.0, 240, {"R96", "R97", "R98", "R99"}, -1}, // a label on every row
     };
-    for (const Case& c : cases) {
+    for (const auto& [n, P, right, labels, ticks] : cases) {
         RecordingDevice dev;
-        f.chart().view->resolution = c.P;
-        const ChartScale s = MakeChartScale(c.right, 300);
-        DrawTimeTicks(f.chart(), f.columns().dateText, dev, s, AlignCentre, c.P, c.n, 0);
-        EXPECT_EQ(dev.Texts(), c.labels) << c.n << " " << c.P;
-        if (c.ticks >= 0) {
-            EXPECT_EQ(static_cast<int>(dev.OpsOf(DrawOpKind::LineTo).size()), c.ticks);
-        }
-        for (const DrawOp& op : dev.OpsOf(DrawOpKind::Text)) {
-            EXPECT_EQ(op.align, AlignCentre);
-            EXPECT_EQ(op.y1, 300 - 15);
+        f.chart().view->resolution = P;
+        DrawTimeTicks(f.chart(), f.columns().dateText, dev, MakeChartScale(right, 300), AlignCentre,
+                      P, n, 0);
+        EXPECT_EQ(dev.Texts(), labels) << n << " " << P;
+        if (ticks >= 0) {
+            EXPECT_EQ(dev.OpsOf(DrawOpKind::LineTo).size(), size_t(ticks));
         }
     }
 }

@@ -12,32 +12,28 @@
 namespace velorin {
 namespace {
 
-class MapMenu final : public MenuModel {
-  public:
+// The main menu's items by id, greyed as the menu starts.
+std::map<int, bool> StartGreyed() {
     std::map<int, bool> greyed;
-    int writes = 0;
-    bool IsGreyed(int id) const override {
-        auto it = greyed.find(id);
-        return it != greyed.end() && it->second;
-    }
-    void SetGreyed(int id, bool g) override {
-        if (!greyed.count(id)) return;
-        greyed[id] = g;
-        ++writes;
-    }
-};
-
-MapMenu MenuFromResource() {
-    MapMenu m;
     int n = 0;
     const MenuEntry* e = MainMenuEntries(&n);
     for (int i = 0; i < n; ++i)
-        if (e[i].type == MenuEntry::Item) m.greyed[e[i].id] = e[i].greyed;
-    return m;
+        if (e[i].type == MenuEntry::Item) greyed[e[i].id] = e[i].greyed;
+    return greyed;
 }
 
+class MapMenu final : public MenuModel {
+  public:
+    std::map<int, bool> greyed = StartGreyed();
+    int writes = 0;
+    bool IsGreyed(int id) const override { return greyed.count(id) && greyed.at(id); }
+    void SetGreyed(int id, bool g) override {
+        if (greyed.count(id)) greyed[id] = g, ++writes;
+    }
+};
+
 TEST(MainMenu, GatedItemsStartGreyedAndEverythingElseEnabled) {
-    MapMenu m = MenuFromResource();
+    MapMenu m;
     int n = 0;
     const int* gated = GatedCommands(&n);
     ASSERT_EQ(n, 38);
@@ -48,26 +44,8 @@ TEST(MainMenu, GatedItemsStartGreyedAndEverythingElseEnabled) {
     EXPECT_EQ(m.greyed.count(cmd::OverboughtSold), 0u);
 }
 
-TEST(MainMenu, TopLevelOrderAndNesting) {
-    int n = 0;
-    const MenuEntry* e = MainMenuEntries(&n);
-    std::string tops;
-    int depth = 0, maxDepth = 0;
-    for (int i = 0; i < n; ++i) {
-        if (e[i].type == MenuEntry::Popup) {
-            if (depth == 0) tops += std::string(e[i].text) + "|";
-            maxDepth = std::max(maxDepth, ++depth);
-        } else if (e[i].type == MenuEntry::EndPopup) {
-            --depth;
-        }
-    }
-    EXPECT_EQ(depth, 0);
-    EXPECT_EQ(maxDepth, 4); // Options > Drawing > Line Thickness > Price
-    EXPECT_EQ(tops, "&File|&Connection|&PrcTools|&VolTools|P&roTools|&Options|&Window|&Help|");
-}
-
 TEST(MenuState, SentinelDecidesWhetherTheMenuIsTouched) {
-    MapMenu m = MenuFromResource();
+    MapMenu m;
     ButtonState buttons[3] = {{1, 0}, {0, 0}, {1, 0}};
     UpdateMenuState(m, 1, buttons, 3);
     EXPECT_FALSE(m.IsGreyed(cmd::CloseAll));
@@ -87,22 +65,6 @@ TEST(MenuState, SentinelDecidesWhetherTheMenuIsTouched) {
     EXPECT_TRUE(m.IsGreyed(cmd::CloseAll));
     EXPECT_TRUE(m.IsGreyed(cmd::Price));
     EXPECT_EQ(buttons[2].enabled, 0);
-}
-
-TEST(FrameRules, Limits) {
-    const struct {
-        const char* got;
-        const char* expected;
-    } cases[] = {
-        {SourceLimitMessage(998, true), nullptr},
-        {SourceLimitMessage(999, true), "Too Many Data Sources - Please close some charts"},
-        {SourceLimitMessage(999, false), "Too Many Data Sources - Please close some windows"},
-        {ChartLimitMessage(49, false), nullptr},
-        {ChartLimitMessage(50, false), "Too Many Charts Open - Please close some charts"},
-        {ChartLimitMessage(50, true), nullptr}, // a layout being restored goes past the limit
-    };
-    for (const auto& c : cases)
-        EXPECT_STREQ(c.got, c.expected);
 }
 
 TEST(FrameRules, ZoomSteps) {

@@ -10,7 +10,8 @@ namespace velorin::testing {
 ChartFixture::ChartFixture(const char* kindName, int layout, int n) {
     ResetDrawingStyle();
     // Each fixture takes a slot of its own, so two can live side by side.
-    while (SourceAt(slot_)) ++slot_;
+    while (SourceAt(slot_))
+        ++slot_;
     NewDataSource(slot_);
     DataSource& s = source();
     s.rowCount = n;
@@ -42,19 +43,16 @@ ChartFixture::ChartFixture(const char* kindName, int layout, int n) {
 ChartFixture::~ChartFixture() {
     for (RegionHandle& r : chart_->view->curveRegions)
         DeleteAndClear(r);
-    if (chart_->drawings) {
-        // Regions of objects not in use are left by ReleaseDrawnObjects.
-        for (int i = 0; i < MaxDrawnObjects; ++i) {
-            DeleteAndClear(chart_->drawings->trendLines->regions[i]);
-            DeleteAndClear(chart_->drawings->channels->regions[i]);
-            DeleteAndClear(chart_->drawings->channels->secondRegions[i]);
-            DeleteAndClear(chart_->drawings->verticalLines->regions[i]);
-            DeleteAndClear(chart_->drawings->horizontalLines->regions[i]);
-            DeleteAndClear(chart_->drawings->highlights->regions[i]);
-            for (auto& g : chart_->drawings->gannLines->regions)
-                DeleteAndClear(g[i]);
-        }
-    }
+    // Every drawn object's regions, in use or not: ReleaseDrawnObjects leaves
+    // those of objects not in use.
+    if (DrawingSet* d = chart_->drawings)
+        for (int i = 0; i < MaxDrawnObjects; ++i)
+            for (RegionHandle* r : {&d->trendLines->regions[i], &d->channels->regions[i],
+                                    &d->channels->secondRegions[i], &d->verticalLines->regions[i],
+                                    &d->horizontalLines->regions[i], &d->highlights->regions[i],
+                                    &d->gannLines->regions[0][i], &d->gannLines->regions[1][i],
+                                    &d->gannLines->regions[2][i]})
+                DeleteAndClear(*r);
     FreeChartBlocks(chart_);
     FreeDataSource(slot_);
 }

@@ -2,7 +2,9 @@
 // A drawing device that keeps a list of everything asked of it, with the
 // pen, brush and font in force at the time. Tests look at the list.
 
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "rendering/draw_device.h"
@@ -40,19 +42,35 @@ class RecordingDevice final : public DrawDevice {
   public:
     void SetPen(const Pen& pen) override { pen_ = pen; }
     void SetBrush(const Brush& brush) override { brush_ = brush; }
-    void SetFont(const Font& font) override;
-    void SetTextColours(Colour text, Colour background) override;
+    void SetFont(const Font& font) override { font_ = {font.face ? font.face : "", font.height}; }
+    void SetTextColours(Colour text, Colour background) override { colours_ = {text, background}; }
     void SetTextAlign(int align) override { align_ = align; }
 
-    void MoveTo(int x, int y) override;
-    void LineTo(int x, int y) override;
-    void Rectangle(int left, int top, int right, int bottom) override;
-    void FillRect(int left, int top, int right, int bottom, const Brush& brush) override;
-    void Text(int x, int y, std::string_view text) override;
-    void FillRegion(const Region& region, const Brush& brush) override;
-    void InvertRegion(const Region& region) override;
-    void InvertRect(int left, int top, int right, int bottom) override;
-    void SetClipRect(const PixelRect* rect) override;
+    void MoveTo(int x, int y) override { Record(DrawOpKind::MoveTo, at_ = {x, y}, {}); }
+    void LineTo(int x, int y) override {
+        Record(DrawOpKind::LineTo, std::exchange(at_, {x, y}), {x, y});
+    }
+    void Rectangle(int left, int top, int right, int bottom) override {
+        Record(DrawOpKind::Rectangle, {left, top}, {right, bottom});
+    }
+    void FillRect(int left, int top, int right, int bottom, const Brush& brush) override {
+        Record(DrawOpKind::FillRect, {left, top}, {right, bottom}).brush = brush;
+    }
+    void Text(int x, int y, std::string_view text) override {
+        Record(DrawOpKind::Text, {x, y}, {}).text = text;
+    }
+    void FillRegion(const Region& region, const Brush& brush) override {
+        Record(DrawOpKind::FillRegion, region.box).brush = brush;
+    }
+    void InvertRegion(const Region& region) override {
+        Record(DrawOpKind::InvertRegion, region.box);
+    }
+    void InvertRect(int left, int top, int right, int bottom) override {
+        Record(DrawOpKind::InvertRect, {left, top}, {right, bottom});
+    }
+    void SetClipRect(const PixelRect* rect) override {
+        clip_ = rect ? std::optional(*rect) : std::nullopt;
+    }
 
     const std::vector<DrawOp>& Ops() const { return ops_; }
     // The operations of one kind, in order.
@@ -61,22 +79,22 @@ class RecordingDevice final : public DrawDevice {
     std::vector<std::string> Texts() const;
     void Clear() { ops_.clear(); }
     // The clip in force, or nullptr.
-    const PixelRect* Clip() const { return clipped_ ? &clip_ : nullptr; }
+    const PixelRect* Clip() const { return clip_ ? &*clip_ : nullptr; }
 
   private:
-    DrawOp Base(DrawOpKind kind) const;
+    DrawOp& Record(DrawOpKind kind, PixelPoint from, PixelPoint to);
+    DrawOp& Record(DrawOpKind kind, const PixelRect& box) {
+        return Record(kind, {box.left, box.top}, {box.right, box.bottom});
+    }
 
     std::vector<DrawOp> ops_;
-    PixelRect clip_{};
-    bool clipped_ = false;
+    std::optional<PixelRect> clip_;
     Pen pen_;
     Brush brush_;
-    std::string fontFace_;
-    int fontHeight_ = 0;
+    std::pair<std::string, int> font_; // face, height
+    std::pair<Colour, Colour> colours_{0, 0};
     int align_ = 0;
-    Colour textColour_ = 0;
-    Colour textBackground_ = 0;
-    int curX_ = 0, curY_ = 0;
+    PixelPoint at_{0, 0}; // the current position
 };
 
 } // namespace velorin
