@@ -1,15 +1,12 @@
 #pragma once
 // Common set-up of the market data tests: start-up state, staging blocks,
-// a recording seam, a check that every block is released again, and a
-// temporary folder.
+// a recording seam and a check that every block is released again.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <string>
 
 #include "market_data/block.h"
@@ -19,34 +16,26 @@
 #include "market_data/date.h"
 #include "market_data/live_feed.h"
 #include "tests/support/recording_seam.h"
+#include "tests/support/temp_dir.h"
 
 namespace velorin {
 
-// Day number of a civil date, and its "mm/dd/yyyy" text, from the standard
-// library's calendar: independent of the parser's own arithmetic.
+// Day number of a civil date from the standard library's calendar:
+// independent of the parser's own arithmetic.
 inline constexpr std::chrono::sys_days DayZero{std::chrono::year{1899} / 12 / 30};
 inline double DayNumberOf(int y, unsigned m, unsigned d) {
     using namespace std::chrono;
     return static_cast<double>((sys_days{year{y} / month{m} / day{d}} - DayZero).count());
-}
-inline std::string DateTextOf(double dayNumber) {
-    const std::chrono::year_month_day ymd{DayZero +
-                                          std::chrono::days{static_cast<long>(dayNumber)}};
-    char text[16];
-    std::snprintf(text, sizeof text, "%02u/%02u/%04d", static_cast<unsigned>(ymd.month()),
-                  static_cast<unsigned>(ymd.day()), static_cast<int>(ymd.year()));
-    return text;
 }
 
 class MarketDataTest : public ::testing::Test {
   protected:
     void SetUp() override {
         ResetMarketDataState();
-        InstallLiveFeed(nullptr);
-        blockAllocator.failCountdown = -1;
         dateRules.todayDate = DayNumberOf(2010, 12, 31);
         dateRules.dayFirst = false;
         dateRules.rejectFuture = true;
+        SetSelection("DATAFILE", "/desk/ACME.PRC", "ACME");
         baselineBlocks_ = blockAllocator.liveBlocks;
         ASSERT_TRUE(AllocateStagingBlocks());
     }
@@ -62,7 +51,6 @@ class MarketDataTest : public ::testing::Test {
 
     // Puts `text` into fileText as LoadDataFile does (NUL-terminated) and parses it.
     int Parse(const std::string& text) {
-        EXPECT_LE(text.size(), static_cast<std::size_t>(MaxDataFileBytes));
         std::memcpy(marketData.fileText, text.c_str(), text.size() + 1);
         return ParseDataFileText();
     }
@@ -87,31 +75,6 @@ class MarketDataTest : public ::testing::Test {
     test_support::RecordingSeam seam;
 };
 
-// A temporary folder, removed with everything in it.
-class TempDir {
-  public:
-    TempDir() {
-        std::string pattern =
-            (std::filesystem::temp_directory_path() / "velorin_md_XXXXXX").string();
-        path_ = mkdtemp(pattern.data());
-    }
-    ~TempDir() {
-        std::error_code ec;
-        std::filesystem::remove_all(path_, ec);
-    }
-    std::string Write(const std::string& name, const std::string& bytes) const {
-        const std::string full = PathOf(name);
-        if (std::FILE* f = std::fopen(full.c_str(), "wb")) {
-            std::fwrite(bytes.data(), 1, bytes.size(), f);
-            std::fclose(f);
-        }
-        return full;
-    }
-    std::string PathOf(const std::string& name) const { return (path_ / name).string(); }
-    const std::filesystem::path& path() const { return path_; }
-
-  private:
-    std::filesystem::path path_;
-};
+using test_support::TempDir;
 
 } // namespace velorin

@@ -17,7 +17,6 @@ class FakeFrame final : public Frame {
         WindowId id;
         Chart* chart;
         std::string caption;
-        WindowPlacement placement;
     };
 
     FakeFrame() {
@@ -38,7 +37,7 @@ class FakeFrame final : public Frame {
     // Desk
     WindowId CreateChild(const ChildWindowRequest& r) override {
         if (refuseWindows) return 0;
-        children.push_back({nextId, r.chart, r.caption, r.placement});
+        children.push_back({nextId, r.chart, r.caption});
         active = nextId;
         return nextId++;
     }
@@ -60,13 +59,13 @@ class FakeFrame final : public Frame {
 
     // Frame
     void SetChecked(int id, bool on) override { checked[id] = on; }
-    void Cascade() override { ++cascades; }
-    void ArrangeIcons() override { ++arranges; }
+    void Cascade() override {}
+    void ArrangeIcons() override {}
     void DestroyFrame() override {
         destroyed = true;
         CloseAllCharts(*this);
     }
-    void ShowAbout() override { ++abouts; }
+    void ShowAbout() override {}
     void SendChartCommand(WindowId window, int id) override { sent.push_back({window, id}); }
 
     // MenuModel
@@ -98,7 +97,7 @@ class FakeFrame final : public Frame {
     std::vector<WindowId> invalidated, dataViews;
     std::vector<bool> tiles;
     std::vector<std::pair<WindowId, int>> sent;
-    int repaintAll = 0, cascades = 0, arranges = 0, abouts = 0;
+    int repaintAll = 0;
     bool destroyed = false;
 
   private:

@@ -164,15 +164,6 @@ TEST_F(FrameCommands, MakeAllOpensEveryAnalysisOrStopsAtTheFirstFailure) {
     EXPECT_EQ(frame.children[10].caption.rfind("Stochastics ", 0), 0u);
     EXPECT_EQ(frame.tiles, std::vector<bool>{true});
 
-    // A source without volumes: the first volume analysis fails, nothing is tiled.
-    FrameCommand(frame, cmd::CloseAll);
-    Open("BOND.PRC", 40, false);
-    seam.Clear();
-    FrameCommand(frame, cmd::MakeAllVolumes);
-    EXPECT_EQ(seam.LastText(), "No Volume Data Available");
-    EXPECT_EQ(frame.children.size(), 1u);
-    EXPECT_EQ(frame.tiles.size(), 1u);
-
     deskRegistry.chartCount = MaxCharts; // the chart limit stops the run
     seam.Clear();
     FrameCommand(frame, cmd::Rsi);

@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QComboBox>
-#include <QLineEdit>
 #include <QTimer>
 
 #include <functional>
@@ -50,19 +49,6 @@ TEST(ModalDialogs, ComboDialogHandsBackTheEditedTextsOnOkOnly) {
         EXPECT_EQ(d.fields[0].text, ok ? "0.5" : "0.150");
     }
     EXPECT_EQ(d.fields[1].text, std::string(50, '7'));
-}
-
-TEST(ModalDialogs, ValuesDialogIsReadOnlyAndEscapeEndsIt) {
-    QtUserSeam seam;
-    QStringList values;
-    WhenModal([&](QDialog* w) {
-        for (QLineEdit* e : w->findChildren<QLineEdit*>())
-            values << e->text() + (e->isReadOnly() ? QString() : QStringLiteral(" editable"));
-        w->reject(); // Esc or the close button
-    });
-    seam.ShowValuesDialog(
-        {"FIBONACCI", "Fibonacci", {{"Resistance 2", "113.0"}, {"Price", "1.5"}}});
-    EXPECT_EQ(values, QStringList({QStringLiteral("113.0"), QStringLiteral("1.5")}));
 }
 
 TEST(ModalDialogs, ColourDialogStartsOnTheColourAndReturnsTheChoice) {
