@@ -87,18 +87,17 @@ TEST(FrameRules, DrawingAndSelectionRefusals) {
         EXPECT_EQ(ChartCommandRefusal(cmd::DrawTrendButton, kind) == nullptr, allowed) << kind;
         EXPECT_EQ(ChartCommandRefusal(cmd::DrawChannelButton, kind) == nullptr, allowed) << kind;
     }
-    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawTrendButton, 6),
-                 "Drawing Trend not available for this chart");
-    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawChannelButton, 50),
-                 "Drawing Channel not available for this chart");
-    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawHoriLineButton, 20),
-                 "Drawing Hori Line not available for this chart");
-    EXPECT_EQ(ChartCommandRefusal(cmd::DrawVertLineButton, 6), nullptr);
-    EXPECT_STREQ(ChartCommandRefusal(cmd::DrawVertLineButton, 19),
-                 "Drawing Vert Line not available for this chart");
-    EXPECT_STREQ(ChartCommandRefusal(cmd::SelectEndPointButton, 19),
-                 "Selection not available for this chart");
-    EXPECT_EQ(ChartCommandRefusal(cmd::SelectAllDataButton, 20), nullptr);
+    // clang-format off
+    const struct { int command, kind; const char* expected; } cases[] = {
+        {cmd::DrawChannelButton, 50, "Drawing Channel not available for this chart"},
+        {cmd::DrawHoriLineButton, 20, "Drawing Hori Line not available for this chart"},
+        {cmd::DrawVertLineButton, 19, "Drawing Vert Line not available for this chart"},
+        {cmd::DrawVertLineButton, 6, nullptr},
+        {cmd::SelectEndPointButton, 19, "Selection not available for this chart"},
+        {cmd::SelectAllDataButton, 20, nullptr},
+    };
+    // clang-format on
+    for (const auto& c : cases) EXPECT_STREQ(ChartCommandRefusal(c.command, c.kind), c.expected);
 }
 
 TEST(FrameRules, StyleGuard) {

@@ -1,23 +1,25 @@
-// The Qt frame on the offscreen platform: the menus it builds, the windows it
-// makes and closes for the commands, and how it lays them out.
+// The Qt frame and its chart windows on the offscreen platform: the menus it
+// builds, the windows it makes, closes and lays out, commands reaching them,
+// the mouse states of the crosshair, handles and tools, and their repaints.
 #include <gtest/gtest.h>
 
 #include <QAction>
 #include <QApplication>
-#include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QTest>
+#include <QTimer>
 
-#include <cstdio>
-#include <deque>
 #include <sstream>
 #include <string>
-#include <vector>
 
+#include "interaction/mouse_state.h"
+#include "interaction/price_child.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
+#include "rendering/scale.h"
 #include "resources/command_ids.h"
 #include "shell/core/shell_state.h"
 #include "shell/core/working_blocks.h"
@@ -33,25 +35,32 @@ class Frame : public ::testing::Test {
   protected:
     void SetUp() override {
         ResetProgramState();
-        dateRules.todayDate = 50000; // far ahead of the sample dates
+        dateRules.todayDate = 50000; // far ahead of the file dates
         ASSERT_TRUE(AllocateWorkingBlocks());
         frame = new FrameWindow;
-        frame->resize(1200, 800);
+        frame->resize(1400, 1000);
         frame->show();
     }
     void TearDown() override {
         frame->FrameCommand(cmd::CloseAll);
         delete frame;
         FreeWorkingBlocks();
+        ResetChartMouseState();
         EXPECT_EQ(blockAllocator.liveBlocks, 0);
     }
 
-    std::string WriteFile(const char* name, int rows) {
+    // Opens a data file of `rows` rows, six columns or date and close.
+    void Open(int rows, const char* name = "ACME.PRC", bool sixColumns = true) {
         std::ostringstream out;
-        for (int r = 0; r < rows; ++r)
-            out << "1/" << (r % 28) + 1 << "/" << 1990 + r / 28 << "," << 100 + r << "," << 99 + r
-                << "," << 102 + r << "," << 98 + r << "," << 1000 + r << "\r\n";
-        return dir.Write(name, out.str());
+        for (int r = 0; r < rows; ++r) {
+            const double c = 100 + 10 * ((r * 7) % 13) / 13.0 + r * 0.1;
+            out << "1/" << (r % 28) + 1 << "/" << 1990 + r / 28 << "," << c;
+            if (sixColumns) out << "," << c - 1 << "," << c + 2 << "," << c - 2 << "," << 1000 + r;
+            out << "\r\n";
+        }
+        seam.QueueFile(dir.Write(name, out.str()));
+        frame->FrameCommand(cmd::Datafile);
+        ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
     }
 
     QStringList MenuTexts(QMenu* menu) {
@@ -59,6 +68,13 @@ class Frame : public ::testing::Test {
         for (QAction* a : menu->actions())
             texts << (a->isSeparator() ? QStringLiteral("-") : a->text());
         return texts;
+    }
+    QMdiSubWindow* Top() const { return frame->mdiClient()->activeSubWindow(); }
+    PriceChild* TopChart() const { return qobject_cast<PriceChild*>(Top()->widget()); }
+    // Shows the window's last paint now.
+    static void Paint(PriceChild* w) {
+        w->repaint();
+        QApplication::processEvents();
     }
 
     test_support::RecordingSeam seam;
@@ -84,10 +100,7 @@ TEST_F(Frame, MenuBarTextsAndStartStates) {
 }
 
 TEST_F(Frame, DatafileOpensAWindowAndClosingItGreysTheMenu) {
-    seam.QueueFile(WriteFile("ACME.PRC", 40));
-    frame->FrameCommand(cmd::Datafile);
-    ASSERT_EQ(seam.fileRequests.size(), 1u);
-    ASSERT_TRUE(seam.messages.empty()) << seam.messages[0].text;
+    Open(40);
     const auto subs = frame->mdiClient()->subWindowList();
     ASSERT_EQ(subs.size(), 1);
     EXPECT_EQ(subs[0]->windowTitle(), QStringLiteral("Price ACME 1/1/1990 - 1/12/91"));
@@ -102,10 +115,8 @@ TEST_F(Frame, DatafileOpensAWindowAndClosingItGreysTheMenu) {
 }
 
 TEST_F(Frame, FindActiveChildPrefersAMinimisedWindowJustBelow) {
-    seam.QueueFile(WriteFile("A.PRC", 30));
-    seam.QueueFile(WriteFile("B.PRC", 30));
-    frame->FrameCommand(cmd::Datafile);
-    frame->FrameCommand(cmd::Datafile);
+    Open(30, "A.PRC");
+    Open(30, "B.PRC");
     const auto subs = frame->mdiClient()->subWindowList(QMdiArea::CreationOrder);
     frame->mdiClient()->setActiveSubWindow(subs[1]);
     EXPECT_EQ(frame->FindActiveChild(), subs[1]);
@@ -115,10 +126,8 @@ TEST_F(Frame, FindActiveChildPrefersAMinimisedWindowJustBelow) {
 }
 
 TEST_F(Frame, CascadeTileAndArrangeLeaveEveryChartReadable) {
-    for (const char* name : {"A.PRC", "B.PRC", "C.PRC"}) {
-        seam.QueueFile(WriteFile(name, 30));
-        frame->FrameCommand(cmd::Datafile);
-    }
+    for (const char* name : {"A.PRC", "B.PRC", "C.PRC"})
+        Open(30, name);
     const QSize area = frame->mdiClient()->viewport()->size();
     frame->FrameCommand(cmd::Cascade);
     const auto subs = frame->mdiClient()->subWindowList(QMdiArea::CreationOrder);
@@ -145,6 +154,152 @@ TEST_F(Frame, CascadeTileAndArrangeLeaveEveryChartReadable) {
     frame->FrameCommand(cmd::ArrangeIcons);
     EXPECT_EQ(subs[0]->geometry().left(), 0);
     EXPECT_EQ(subs[0]->geometry().bottom() + 1, area.height());
+}
+
+TEST_F(Frame, ButtonCommandsReachTheChartWindow) {
+    Open(120);
+    Chart* price = TopChart()->chart();
+    frame->FrameCommand(cmd::ToggleGridButton);
+    EXPECT_EQ(price->view->gridOn, 0);
+    frame->FrameCommand(cmd::Rsi);
+    frame->FrameCommand(cmd::DrawVertLineButton); // allowed on an RSI: the tool is armed
+    EXPECT_EQ(chartMouse.verticalTool, 1);
+    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Vertical Line: Select Point"));
+}
+
+TEST_F(Frame, HandleMenuThenCrosshairAlternate) {
+    Open(120);
+    PriceChild* w = TopChart();
+    w->chart()->showCurveHandles = 1;
+    w->Invalidate();
+    Paint(w);
+    const Region* handle = w->chart()->view->curveRegions[0];
+    ASSERT_NE(handle, nullptr);
+    const QPoint at((handle->box.left + handle->box.right) / 2,
+                    (handle->box.top + handle->box.bottom) / 2);
+
+    QStringList seen;
+    auto closeMenu = [&seen] {
+        if (QMenu* m = PriceChild::openMenu()) {
+            for (QAction* a : m->actions())
+                seen << a->text();
+            m->close();
+        }
+    };
+    QTimer::singleShot(0, closeMenu);
+    QTest::mousePress(w, Qt::LeftButton, {}, at);
+    EXPECT_EQ(seen.value(0), QStringLiteral("Data View ..."));
+    EXPECT_EQ(chartMouse.menuLatch, 1);
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+    QTest::mouseRelease(w, Qt::LeftButton, {}, at);
+
+    seen.clear();
+    QTest::mousePress(w, Qt::LeftButton, {}, at); // same handle: a crosshair now
+    EXPECT_TRUE(seen.isEmpty());
+    EXPECT_EQ(chartMouse.crosshairOn, 1);
+    QTest::mouseRelease(w, Qt::LeftButton, {}, at);
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+
+    QTimer::singleShot(0, closeMenu);
+    QTest::mousePress(w, Qt::LeftButton, {}, at); // and the menu again
+    EXPECT_FALSE(seen.isEmpty());
+    QTest::mouseRelease(w, Qt::LeftButton, {}, at);
+}
+
+TEST_F(Frame, CrosshairEndsAtTheRightLimitAndTheReadoutShortOfIt) {
+    Open(120);
+    PriceChild* w = TopChart();
+    Paint(w);
+    const int right = w->width(), y = w->height() / 2;
+    QTest::mousePress(w, Qt::LeftButton, {}, QPoint(ScaleWidth + 20, y));
+    ASSERT_EQ(chartMouse.crosshairOn, 1);
+
+    auto readoutInk = [w] {
+        int lit = 0;
+        const QImage& img = w->backing();
+        for (int yy = 0; yy < 13; ++yy)
+            for (int xx = 0; xx < 115; ++xx)
+                lit += (img.pixel(xx, yy) & 0xffffff) != 0;
+        return lit;
+    };
+    QTest::mouseMove(w, QPoint(right - 6, y));
+    QApplication::processEvents();
+    EXPECT_GT(readoutInk(), 0);
+    QTest::mouseMove(w, QPoint(right - 5, y));
+    QApplication::processEvents();
+    EXPECT_EQ(chartMouse.crosshairOn, 1);
+    EXPECT_EQ(readoutInk(), 0);
+    QTest::mouseMove(w, QPoint(right - 3, y));
+    EXPECT_EQ(chartMouse.crosshairOn, 1);
+    QTest::mouseMove(w, QPoint(right - 2, y));
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+    QTest::mouseRelease(w, Qt::LeftButton, {}, QPoint(right - 2, y));
+}
+
+TEST_F(Frame, ArmedToolPromptsAndARightClickCancelsIt) {
+    Open(120);
+    PriceChild* w = TopChart();
+    Paint(w);
+    const QString caption = Top()->windowTitle();
+    w->Command(cmd::DrawTrend);
+    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Trend Line: Select First Point"));
+    EXPECT_NE(w->cursor().shape(), Qt::ArrowCursor);
+    const int y = w->height() / 2;
+    QTest::mousePress(w, Qt::LeftButton, {}, QPoint(ScaleWidth + 40, y));
+    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Trend Line: Select Second Point"));
+    EXPECT_EQ(chartMouse.crosshairOn, 0);
+
+    QStringList top;
+    QTimer::singleShot(0, [&top] {
+        if (QMenu* m = PriceChild::openMenu()) {
+            for (QAction* a : m->actions())
+                top << a->text();
+            m->close();
+        }
+    });
+    QTest::mousePress(w, Qt::RightButton, {}, QPoint(ScaleWidth + 80, y));
+    EXPECT_EQ(top, (QStringList{QStringLiteral("Resolution"), QStringLiteral("Colour"),
+                                QStringLiteral("Draw"), QStringLiteral("Price Scale ..."),
+                                QStringLiteral("Data Source ...")}));
+    EXPECT_EQ(Top()->windowTitle(), caption);
+    EXPECT_EQ(chartMouse.trendTool, 0);
+    EXPECT_EQ(chartMouse.toolArmed, 0);
+    EXPECT_EQ(w->chart()->drawings->trendLines->inUse[0], 0);
+}
+
+TEST_F(Frame, AColourChangeRepaintsEveryChart) {
+    Open(120);
+    frame->FrameCommand(cmd::Rsi);
+    PriceChild* rsi = TopChart();
+    Paint(rsi);
+    PriceChild* price =
+        qobject_cast<PriceChild*>(frame->mdiClient()->subWindowList().first()->widget());
+    frame->mdiClient()->setActiveSubWindow(frame->mdiClient()->subWindowList().first());
+    Paint(price);
+    seam.QueueColour(0xff0000);
+    price->Command(cmd::GridColour);
+    ASSERT_EQ(seam.colourRequests.size(), 1u);
+    auto hasRed = [](const QImage& img) {
+        for (int y = 0; y < img.height(); y += 2)
+            for (int x = 0; x < img.width(); x += 2)
+                if ((img.pixel(x, y) & 0xffffff) == 0xff0000) return true;
+        return false;
+    };
+    Paint(price);
+    EXPECT_TRUE(hasRed(price->backing()));
+    frame->mdiClient()->setActiveSubWindow(frame->mdiClient()->subWindowList().last());
+    Paint(rsi);
+    EXPECT_TRUE(hasRed(rsi->backing()));
+}
+
+TEST_F(Frame, AWindowUnderFiftyOnePixelsMinimisesItself) {
+    Open(120);
+    QMdiSubWindow* sub = Top();
+    PriceChild* w = TopChart();
+    sub->resize(400, sub->height() - w->height() + 50);
+    ASSERT_EQ(w->height(), 50);
+    Paint(w);
+    QTRY_VERIFY_WITH_TIMEOUT(sub->isMinimized(), 2000);
 }
 
 TEST(StartupDialogTest, NeitherKeysNorCloseEndItEarly) {

@@ -63,10 +63,7 @@ class RecordingSeam : public UserSeam {
     // --- UserSeam ---------------------------------------------------------
     int ShowMessage(std::string_view text, std::string_view caption, MessageIcon icon) override {
         messages.push_back(RecordedMessage{std::string(text), std::string(caption), icon});
-        if (messageAnswers.empty()) return defaultMessageAnswer;
-        const int answer = messageAnswers.front();
-        messageAnswers.pop_front();
-        return answer;
+        return 1; // OK
     }
 
     int AskFile(const FileDialogRequest& request, std::string& pathOut) override {
@@ -79,13 +76,8 @@ class RecordingSeam : public UserSeam {
     }
 
     void SetWaitCursor(bool on) override {
-        if (on) {
-            ++waitCursorOnCalls;
-            ++waitCursorDepth;
-        } else {
-            ++waitCursorOffCalls;
-            --waitCursorDepth;
-        }
+        waitCursorOnCalls += on ? 1 : 0;
+        waitCursorDepth += on ? 1 : -1;
     }
 
     // Records the dialog as it was shown, then gives the scripted answer;
@@ -100,8 +92,6 @@ class RecordingSeam : public UserSeam {
             dialog.fields[i].text = answer.texts[i];
         return 0;
     }
-
-    void ShowValuesDialog(const ValuesDialog& dialog) override { valuesDialogs.push_back(dialog); }
 
     // Records the start colour; with nothing scripted the user cancels (0).
     int ChooseColour(std::uint32_t& rgb) override {
@@ -120,14 +110,11 @@ class RecordingSeam : public UserSeam {
     }
     void QueueCancel() { fileAnswers.push_back(ScriptedFileAnswer{0, {}}); }
     void QueueDialogFailure() { fileAnswers.push_back(ScriptedFileAnswer{-1, {}}); }
-    void QueueMessageAnswer(int answer) { messageAnswers.push_back(answer); }
     // OK with the fields' texts, in field order.
     void QueueComboAnswer(std::vector<std::string> texts) {
         comboAnswers.push_back(ScriptedComboAnswer{true, std::move(texts)});
     }
-    void QueueComboCancel() { comboAnswers.push_back(ScriptedComboAnswer{false, {}}); }
     void QueueColour(std::uint32_t rgb) { colourAnswers.emplace_back(rgb); }
-    void QueueColourCancel() { colourAnswers.emplace_back(std::nullopt); }
 
     // --- Reading back -------------------------------------------------------
     std::size_t MessageCount() const { return messages.size(); }
@@ -142,27 +129,21 @@ class RecordingSeam : public UserSeam {
         messages.clear();
         fileRequests.clear();
         fileAnswers.clear();
-        messageAnswers.clear();
         comboDialogs.clear();
         comboAnswers.clear();
-        valuesDialogs.clear();
         colourRequests.clear();
         colourAnswers.clear();
-        waitCursorOnCalls = waitCursorOffCalls = waitCursorDepth = 0;
+        waitCursorOnCalls = waitCursorDepth = 0;
     }
 
     std::vector<RecordedMessage> messages;
     std::vector<FileDialogRequest> fileRequests;
     std::deque<ScriptedFileAnswer> fileAnswers;
-    std::deque<int> messageAnswers;        // answers to ShowMessage, in order
-    int defaultMessageAnswer = 1;          // when messageAnswers is empty (1 = OK)
     std::vector<ComboDialog> comboDialogs; // as shown, before the answer
     std::deque<ScriptedComboAnswer> comboAnswers;
-    std::vector<ValuesDialog> valuesDialogs;
     std::vector<std::uint32_t> colourRequests;              // the start colour of each
     std::deque<std::optional<std::uint32_t>> colourAnswers; // nullopt: Cancel
     int waitCursorOnCalls = 0;
-    int waitCursorOffCalls = 0;
     int waitCursorDepth = 0; // on minus off: 0 when every wait cursor was restored
 
   private:
