@@ -5,9 +5,10 @@ export DEBIAN_FRONTEND=noninteractive
 apt-get update -qq
 apt-get install -y -qq --no-install-recommends \
   build-essential cmake ninja-build pkg-config \
-  qt6-base-dev qt6-base-dev-tools libgl-dev \
+  qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev \
   libgtest-dev libgmock-dev libbenchmark-dev \
   clang libclang-rt-14-dev \
   libqcustomplot-dev libqcustomplot2.1-qt6 \
   fonts-liberation2 \
+  librsvg2-bin desktop-file-utils \
   xvfb xauth x11-utils imagemagick xdotool >/dev/null

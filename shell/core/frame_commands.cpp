@@ -12,6 +12,7 @@
 #include "rendering/palette.h"
 #include "rendering/style.h"
 #include "resources/command_ids.h"
+#include "shell/core/button_bar.h"
 #include "shell/core/frame_rules.h"
 #include "shell/core/shell_state.h"
 
@@ -158,7 +159,8 @@ Chart* RequireChart(Frame& frame, WindowId* windowOut) {
 }
 
 void UpdateFrameMenuState(Frame& frame) {
-    UpdateMenuState(frame, deskRegistry.chartCount, nullptr, 0);
+    ButtonState* buttons = frame.ButtonStates();
+    UpdateMenuState(frame, deskRegistry.chartCount, buttons, buttons ? ButtonCount : 0);
 }
 
 void CloseAllCharts(Frame& frame) {
@@ -229,6 +231,9 @@ void FrameCommand(Frame& frame, int id) {
         break;
     case cmd::About:
         frame.ShowAbout();
+        break;
+    case cmd::HelpContents:
+        frame.ShowHelpContents();
         break;
     case cmd::MakeAllPrices:
     case cmd::MakeAllVolumes: {

@@ -19,6 +19,11 @@ class Frame : public Desk, public MenuModel {
     virtual void ShowAbout() = 0;
     // A chart command sent to a chart window, as its own menus send it.
     virtual void SendChartCommand(WindowId window, int commandId) = 0;
+    // Help > Contents: the program's help at its index page.
+    virtual void ShowHelpContents() = 0;
+    // The states of the button bar's buttons, which follow the menu state
+    // (ButtonCount of them), or nullptr for a frame without a bar.
+    virtual ButtonState* ButtonStates() { return nullptr; }
 };
 
 void FrameCommand(Frame& frame, int commandId);
@@ -26,7 +31,7 @@ void FrameCommand(Frame& frame, int commandId);
 // The chart a chart command works on, with its window; nullptr (after
 // "Please Select Chart" for a companion view) when there is none.
 Chart* RequireChart(Frame& frame, WindowId* windowOut);
-// The gated menu items follow whether any chart is open.
+// The gated menu items and buttons follow whether any chart is open.
 void UpdateFrameMenuState(Frame& frame);
 // Every child window closed; no charts, every source slot free.
 void CloseAllCharts(Frame& frame);

@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QStyle>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
@@ -23,7 +24,9 @@
 #include "resources/command_ids.h"
 #include "resources/icons.h"
 #include "shell/core/shell_state.h"
+#include "shell/qt/button_bar_widget.h"
 #include "shell/qt/dialogs.h"
+#include "shell/qt/help_window.h"
 
 namespace velorin {
 
@@ -95,7 +98,22 @@ FrameWindow::FrameWindow(QWidget* parent) : QMainWindow(parent) {
     mdiClient_ = new QMdiArea(this);
     mdiClient_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     mdiClient_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    setCentralWidget(mdiClient_);
+    // The button bar along the top, the desk of child windows below it.
+    DefineAllButtons(buttons_);
+    buttonBar_ = new ButtonBarWidget(buttons_, this, [this](int id) { FrameCommand(id); });
+    auto* desk = new QWidget(this);
+    auto* column = new QVBoxLayout(desk);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(buttonBar_);
+    column->addWidget(mdiClient_, 1);
+    setCentralWidget(desk);
+    // Any key press anywhere takes the button hint away. F1 is not a key of
+    // its own here: Help > Contents has no shortcut, since the accelerator
+    // that names F1 is only consulted for keys the desk's window keys have
+    // already taken, and F1 is none of them. Over an open menu F1 chooses
+    // the entry (MenuF1Filter).
+    new HintKeyFilter([this] { HideHint(); }, this);
     // Only the window in front keeps its chart image between paints.
     connect(mdiClient_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* now) {
         if (lastActive_ && lastActive_ != now)
@@ -214,10 +232,28 @@ void FrameWindow::SetGreyed(int id, bool greyed) {
 
 void FrameWindow::MenuStateChanged() {
     UpdateFrameMenuState(*this);
+    SyncButtons();
 }
 
 void FrameWindow::FrameCommand(int commandId) {
     velorin::FrameCommand(*this, commandId);
+    SyncButtons();
+}
+
+ButtonState* FrameWindow::ButtonStates() {
+    return buttons_.state;
+}
+
+void FrameWindow::ShowHelpContents() {
+    OpenHelpContents(this);
+}
+
+void FrameWindow::SyncButtons() {
+    if (buttonBar_) buttonBar_->SyncEnabled();
+}
+
+void FrameWindow::HideHint() {
+    if (buttonBar_) buttonBar_->HideHint();
 }
 
 QMdiSubWindow* FrameWindow::FindActiveChild() const {

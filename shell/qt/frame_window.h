@@ -7,6 +7,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include "shell/core/button_bar.h"
 #include "shell/core/frame_commands.h"
 
 class QAction;
@@ -17,6 +18,7 @@ class QTimer;
 
 namespace velorin {
 
+class ButtonBarWidget;
 class ChildView;
 
 class FrameWindow final : public QMainWindow, private Frame {
@@ -38,6 +40,11 @@ class FrameWindow final : public QMainWindow, private Frame {
     QAction* action(int commandId) const { return actions_.value(commandId, nullptr); }
     // What one tick of timer 1 or 3 does (tests call it).
     void TimerTick(int timerId);
+    // The button bar above the desk.
+    ButtonBarWidget* buttonBar() const { return buttonBar_; }
+    // The hide-hint message, sent on every key press: the button hint goes
+    // and the bar gives the mouse back.
+    void HideHint();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -61,9 +68,13 @@ class FrameWindow final : public QMainWindow, private Frame {
     void DestroyFrame() override;
     void ShowAbout() override;
     void SendChartCommand(WindowId window, int commandId) override;
+    void ShowHelpContents() override;
+    ButtonState* ButtonStates() override;
 
     void BuildMenus();
     void FillWindowMenu();
+    // The buttons show the states the menu rules wrote.
+    void SyncButtons();
     ChildView* ViewOfWindow(WindowId window) const;
 
     static FrameWindow* instance_;
@@ -71,6 +82,8 @@ class FrameWindow final : public QMainWindow, private Frame {
     QMenu* windowMenu_ = nullptr;
     QPointer<QMdiSubWindow> lastActive_;
     QHash<int, QAction*> actions_;
+    ButtonBar buttons_{};
+    ButtonBarWidget* buttonBar_ = nullptr;
     QTimer* realTimeTimer_ = nullptr;
     QTimer* refetchTimer_ = nullptr;
     bool destroyed_ = false;

@@ -36,7 +36,6 @@ class FakeFrame final : public Frame {
 
     // Desk
     WindowId CreateChild(const ChildWindowRequest& r) override {
-        if (refuseWindows) return 0;
         children.push_back({nextId, r.chart, r.caption});
         active = nextId;
         return nextId++;
@@ -67,6 +66,7 @@ class FakeFrame final : public Frame {
     }
     void ShowAbout() override {}
     void SendChartCommand(WindowId window, int id) override { sent.push_back({window, id}); }
+    void ShowHelpContents() override {}
 
     // MenuModel
     bool IsGreyed(int id) const override {
@@ -92,7 +92,6 @@ class FakeFrame final : public Frame {
     std::vector<Child> children;
     WindowId active = 0;
     WindowId nextId = 1;
-    bool refuseWindows = false;
     std::map<int, bool> greyed, checked;
     std::vector<WindowId> invalidated, dataViews;
     std::vector<bool> tiles;
