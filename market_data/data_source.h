@@ -61,7 +61,7 @@ struct ConnectionSelection {
     char currentSqlFields[255];
     char currentSqlWhere[100];
     char currentSqlCode[100];
-    char currentSqlText[4096];
+    char currentSqlText[8192];
 };
 
 // Everything the market data subsystem keeps for the whole run.

@@ -12,3 +12,4 @@ apt-get install -y -qq --no-install-recommends \
   fonts-liberation2 \
   librsvg2-bin desktop-file-utils \
   xvfb xauth x11-utils imagemagick xdotool >/dev/null
+apt-get install -y -qq --no-install-recommends unixodbc unixodbc-dev odbcinst libsqliteodbc libsqlite3-dev postgresql odbc-postgresql >/dev/null

@@ -9,6 +9,8 @@
 #include "market_data/connect.h"
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
+#include "market_data/odbc_dialog.h"
+#include "market_data/odbc_feed.h"
 #include "rendering/palette.h"
 #include "rendering/style.h"
 #include "resources/command_ids.h"
@@ -53,6 +55,25 @@ void ConnectDataFile(Frame& frame) {
         shell.lastConnectOk = 1;
         UpdateFrameMenuState(frame);
     }
+}
+
+// Connection > Database...: the dialog (skipped while restoring a layout),
+// one connection for the query, the source and its chart, and the
+// disconnect whenever the connect succeeded. After "Save All" (1) no price
+// query runs here: that result belongs to the batch of codes.
+void ConnectDatabase(Frame& frame) {
+    shell.lastConnectOk = 0;
+    if (const char* m = SourceLimitMessage(marketData.nextSourceSlot, false)) return Inform(m);
+    if (!ChartLimitOk()) return;
+    const int result = shell.restoringLayout ? SqlDialogOk : RunSqlDialog();
+    if (result == SqlDialogCancel) return;
+    if (OdbcConnect() != 0) return;
+    WaitCursor wait;
+    if (StageDatabaseQuery(result) && ConnectDataSource() && CreatePriceChart("Price", 0) == 1) {
+        shell.lastConnectOk = 1;
+        UpdateFrameMenuState(frame);
+    }
+    OdbcDisconnect();
 }
 
 // Thin, Medium and Thick of the price, model and attachment lines: three
@@ -199,6 +220,9 @@ void FrameCommand(Frame& frame, int id) {
     case cmd::Datafile:
         ConnectDataFile(frame);
         break;
+    case cmd::Database:
+        ConnectDatabase(frame);
+        break;
     case cmd::FilterData:
         Toggle(frame, id, marketData.filterOn, true);
         break;
@@ -253,7 +277,7 @@ void FrameCommand(Frame& frame, int id) {
             WaitCursor wait;
             CreateAnalysisChart(kind->kindName);
         }
-        // Connect, Database, the layout, print and image commands and the
+        // Connect, the layout, print and image commands and the
         // two-instrument analyses arrive with their subsystems.
         break;
     }

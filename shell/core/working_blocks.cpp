@@ -6,6 +6,7 @@
 #include "interaction/mouse_state.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
+#include "market_data/odbc_state.h"
 #include "rendering/palette.h"
 #include "rendering/style.h"
 #include "shell/core/shell_state.h"
@@ -28,9 +29,11 @@ void ResetProgramState() {
     // The shell
     ResetShellState();
     ResetRefreshCycle();
-    // Market data: the source table and selection (the staging blocks stay), the date rules
+    // Market data: the source table and selection (the staging blocks stay), the date
+    // rules, the database feed and its lists
     ResetMarketDataState();
     ResetDateRules();
+    ResetOdbcFeedState();
     // Chart model: defaults of new charts, the desk registry
     ResetChartDefaults();
     ResetDeskRegistry();

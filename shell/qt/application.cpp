@@ -18,6 +18,7 @@
 #include "shell/core/working_blocks.h"
 #include "shell/qt/dialogs.h"
 #include "shell/qt/frame_window.h"
+#include "shell/qt/database_dialog.h"
 #include "shell/qt/qt_seam.h"
 
 namespace velorin {
@@ -71,6 +72,7 @@ int RunApplication(int argc, char** argv, const StartOptions& options) {
     QApplication::setApplicationName(QStringLiteral("QDX-Velorin"));
     QtUserSeam seam;
     InstallSeam(&seam);
+    InstallDatabaseConnectivity();
 
     ResetProgramState();
     // Today's date, while the frame does not exist and so no date is "future".

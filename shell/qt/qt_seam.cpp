@@ -23,10 +23,18 @@ QWidget* QtUserSeam::Owner() {
 int QtUserSeam::ShowMessage(std::string_view text, std::string_view caption, MessageIcon icon) {
     QMessageBox::Icon qtIcon = QMessageBox::Information;
     switch (icon) {
-    case MessageIcon::Information: qtIcon = QMessageBox::Information; break;
-    case MessageIcon::Stop: qtIcon = QMessageBox::Critical; break;
-    case MessageIcon::Warning: qtIcon = QMessageBox::Warning; break;
-    case MessageIcon::Question: qtIcon = QMessageBox::Question; break;
+    case MessageIcon::Information:
+        qtIcon = QMessageBox::Information;
+        break;
+    case MessageIcon::Stop:
+        qtIcon = QMessageBox::Critical;
+        break;
+    case MessageIcon::Warning:
+        qtIcon = QMessageBox::Warning;
+        break;
+    case MessageIcon::Question:
+        qtIcon = QMessageBox::Question;
+        break;
     }
     QMessageBox box(qtIcon, FromLocal(caption), FromLocal(text), QMessageBox::Ok, Owner());
     box.exec();
@@ -37,9 +45,15 @@ int QtUserSeam::AskFile(const FileDialogRequest& request, std::string& pathOut) 
     const QString title = FromLocal(request.title);
     const QString filter = FromLocal(request.filter);
     QString path;
-    if (request.save)
-        path = QFileDialog::getSaveFileName(Owner(), title, QDir::currentPath(), filter);
-    else
+    if (request.save) {
+        // A name typed without an ending gets the default one (".sql", ".vl").
+        QFileDialog dialog(Owner(), title, QDir::currentPath(), filter);
+        dialog.setAcceptMode(QFileDialog::AcceptSave);
+        if (!request.defaultExtension.empty())
+            dialog.setDefaultSuffix(FromLocal(request.defaultExtension));
+        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return 0;
+        path = dialog.selectedFiles().constFirst();
+    } else
         path = QFileDialog::getOpenFileName(Owner(), title, QDir::currentPath(), filter, nullptr,
                                             QFileDialog::ReadOnly);
     if (path.isEmpty()) return 0;
