@@ -23,6 +23,12 @@ struct Backend {
     bool procedures = false;
 };
 
+// The tables of bad input both servers hold beside the sample rows.
+inline std::string TestTables() {
+    std::ifstream in(VELORIN_TEST_TABLES_SQL, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
 inline const Backend& SqliteBackend() {
     static const Backend backend = [] {
         Backend b;
@@ -34,7 +40,7 @@ inline const Backend& SqliteBackend() {
         const std::string database = dir.PathOf("sample.db");
         if (driver.empty()) {
             b.skipReason = "the SQLite ODBC driver (libsqliteodbc) is not installed";
-        } else if (!sample_data::WriteSampleDatabase(database, &error)) {
+        } else if (!sample_data::WriteSampleDatabase(database, &error, TestTables())) {
             b.skipReason = "cannot write the sample database: " + error;
         } else {
             // The private user file keeps what the environment already names.

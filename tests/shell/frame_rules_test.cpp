@@ -49,7 +49,6 @@ TEST(MenuState, SentinelDecidesWhetherTheMenuIsTouched) {
     ButtonState buttons[3] = {{1, 0}, {0, 0}, {1, 0}};
     UpdateMenuState(m, 1, buttons, 3);
     EXPECT_FALSE(m.IsGreyed(cmd::CloseAll));
-    EXPECT_FALSE(m.IsGreyed(cmd::Save));
     EXPECT_EQ(buttons[0].enabled, 1);
     EXPECT_EQ(buttons[1].enabled, 0); // not gated: left alone
     const int writes = m.writes;

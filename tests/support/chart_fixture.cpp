@@ -1,5 +1,6 @@
 #include "tests/support/chart_fixture.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -58,9 +59,7 @@ ChartFixture::~ChartFixture() {
 }
 
 void ChartFixture::Fill(double* column, std::initializer_list<double> values) {
-    int i = 0;
-    for (double v : values)
-        column[i++] = v;
+    std::copy(values.begin(), values.end(), column);
 }
 
 ChartScale UnitScale(int right) {

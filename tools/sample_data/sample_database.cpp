@@ -79,7 +79,8 @@ std::string SampleDatabaseScript() {
     return script;
 }
 
-bool WriteSampleDatabase(const std::string& path, std::string* error) {
+bool WriteSampleDatabase(const std::string& path, std::string* error,
+                         const std::string& extraScript) {
     std::error_code ec;
     std::filesystem::remove(path, ec);
     sqlite3* db = nullptr;
@@ -89,7 +90,8 @@ bool WriteSampleDatabase(const std::string& path, std::string* error) {
         return false;
     }
     char* message = nullptr;
-    const int result = sqlite3_exec(db, SampleDatabaseScript().c_str(), nullptr, nullptr, &message);
+    const std::string script = SampleDatabaseScript() + extraScript;
+    const int result = sqlite3_exec(db, script.c_str(), nullptr, nullptr, &message);
     if (result != SQLITE_OK && error)
         *error = "cannot fill " + path + ": " + (message ? message : "");
     sqlite3_free(message);

@@ -29,8 +29,9 @@ std::vector<DatabaseInstrument> DatabaseInstruments();
 // The script that creates and fills the three objects, in one transaction.
 std::string SampleDatabaseScript();
 
-// Writes a new SQLite database at `path` (an old file is replaced).
-// Returns true, or false with `error` set.
-bool WriteSampleDatabase(const std::string& path, std::string* error);
+// Writes a new SQLite database at `path` (an old file is replaced), then
+// runs `extraScript` on it. Returns true, or false with `error` set.
+bool WriteSampleDatabase(const std::string& path, std::string* error,
+                         const std::string& extraScript = {});
 
 } // namespace velorin::sample_data
