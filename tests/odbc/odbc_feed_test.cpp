@@ -14,6 +14,7 @@
 #include "base/series.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
+#include "market_data/odbc_dialog.h"
 #include "market_data/odbc_feed.h"
 #include "market_data/odbc_sql_file.h"
 #include "market_data/odbc_state.h"
@@ -158,6 +159,29 @@ TEST_F(OdbcTest, StagedRowsAndWhereTheReadStops) {
         EXPECT_EQ(marketData.fetchRowCount, kept);
     }
     EXPECT_EQ(seam.MessageCount(), 0u);
+}
+
+// OK of the dialog: a table query needs name, table, fields and code; a
+// procedure is called by name; typed text is offered a file before it runs.
+TEST_F(OdbcTest, DialogOk) {
+    SqlDialogInput in;
+    in.dsn = "Prices", in.table = "prices", in.fields = "d,c";
+    EXPECT_EQ(AcceptSqlDialog(in, SqlDialogOk), SqlDialogStayOpen);
+    EXPECT_EQ(seam.Texts(), Strings{"Incorrect Parameter values"});
+    in.code = "ACME";
+    EXPECT_EQ(AcceptSqlDialog(in, SqlDialogOk), SqlDialogOk);
+    EXPECT_EQ(Strings({sel.currentSqlCode, sel.currentSqlText}), Strings({"ACME", ""}));
+    in.procedure = true, in.sqlText = "acme_prices";
+    EXPECT_EQ(AcceptSqlDialog(in, SqlDialogOk), SqlDialogOk);
+    EXPECT_EQ(Strings({sel.currentSqlText, sel.currentTopic}),
+              Strings({"{call acme_prices}", "SQLProcedure"}));
+    in.procedure = false, in.sqlText = "SELECT d, c FROM prices";
+    SqlTextEdited(false);
+    seam.Clear();
+    EXPECT_EQ(AcceptSqlDialog(in, SqlDialogOk), SqlDialogOk); // the offer is cancelled
+    ASSERT_EQ(seam.fileRequests.size(), 1u);
+    EXPECT_EQ(seam.fileRequests[0].title, "Save SQL As");
+    EXPECT_EQ(seam.Texts(), Strings{"Unable to save SQL"});
 }
 
 TEST_F(OdbcTest, SqlFiles) {
