@@ -8,6 +8,7 @@
 #include "analysis/oscillators.h"
 #include "analysis/predictor.h"
 #include "analysis/trend.h"
+#include "analysis/two_series.h"
 #include "analysis/volume.h"
 #include "chart_model/chart.h"
 #include "market_data/data_source.h"
@@ -93,6 +94,30 @@ void RunFibonacci(Chart& chart, const DataColumns& c, std::int32_t n) {
     FibonacciExtra& f = *chart.fibonacciExtra;
     ComputeFibonacciEnvelopes(c.close, s[0], s[1], s[2], s[3], s[4], s[5], s[6], f.upperEnvelope,
                               f.lowerEnvelope, &f.priceStdev, n);
+}
+
+// The statistics of two sources read only the common rows: `a` the first
+// chart's closes, `b` the second's.
+void RunRegression(Chart& chart) {
+    PairData& p = *chart.pairData;
+    // The whole common span counts: the period becomes the pair count.
+    chart.analysisParams->period[1] = p.pairCount;
+    RegressionResult r{};
+    ComputeRegression(p.secondSeries, p.firstSeries, &r, p.pairCount, p.pairCount);
+    p.rSquared = r.rSquared;
+    p.adjustedBeta = r.adjustedBeta;
+    p.beta = r.beta;
+    p.alpha = r.alpha;
+}
+void RunHistoricalCorrelation(Chart& chart) {
+    const PairData& p = *chart.pairData;
+    ComputeHistoricalCorrelation(p.secondSeries, p.firstSeries, Series(chart)[0], p.pairCount,
+                                 Periods(chart)[1]);
+}
+template <void (*Engine)(const double*, const double*, double*, std::int32_t)>
+void RunPairRatio(Chart& chart) {
+    const PairData& p = *chart.pairData;
+    Engine(p.secondSeries, p.firstSeries, Series(chart)[0], p.pairCount);
 }
 
 // Curves.
@@ -290,18 +315,22 @@ constexpr ChartKindInfo kindTable[] = {
      .curves = &overPrice,
      .chartMenu = fullMenu,
      .handleMenu = {.noPeriodItem = NoPeriodSlot4}},
-    // The kinds of two sources: their engines and windows come with the
-    // two-instrument analyses.
+    // The kinds of two sources run on the common rows of the two, frozen
+    // at creation; only a new period recomputes the historical correlation.
     {.kind = 16,
      .kindName = "Correlation",
      .commandId = cmd::Correlation,
      .windowClass = WindowClass::CorrChild,
      .layout = LayoutPair,
+     .pairEngine = RunRegression,
      .chartMenu = pairMenu},
     {.kind = 17,
      .kindName = "Historical Correlation",
      .commandId = cmd::HistoricalCorrelation,
      .layout = LayoutPair,
+     .rowMinimum = 151,
+     .rowMinimumMessage = "Insufficient data for Historical Correlation Analysis",
+     .pairEngine = RunHistoricalCorrelation,
      .periodChange = PeriodChange::PairStatistic,
      .curves = &pairCurve,
      .chartMenu = pairMenu},
@@ -309,6 +338,7 @@ constexpr ChartKindInfo kindTable[] = {
      .kindName = "Price Ratio",
      .commandId = cmd::PriceRatio,
      .layout = LayoutPair,
+     .pairEngine = RunPairRatio<ComputePriceRatio>,
      .curves = &pairCurve,
      .chartMenu = pairMenu,
      .handleMenu = noPeriodOnSlot3},
@@ -350,6 +380,7 @@ constexpr ChartKindInfo kindTable[] = {
      .kindName = "Spread",
      .commandId = cmd::Spread,
      .layout = LayoutPair,
+     .pairEngine = RunPairRatio<ComputeSpread>,
      .curves = &pairCurve,
      .chartMenu = pairMenu,
      .handleMenu = noPeriodOnSlot3},
@@ -357,6 +388,7 @@ constexpr ChartKindInfo kindTable[] = {
      .kindName = "Relative Strength",
      .commandId = cmd::RelativeStrength,
      .layout = LayoutPair,
+     .pairEngine = RunPairRatio<ComputeRelativeStrength>,
      .curves = &pairCurve,
      .chartMenu = pairMenu,
      .handleMenu = noPeriodOnSlot3},
@@ -364,6 +396,7 @@ constexpr ChartKindInfo kindTable[] = {
      .kindName = "Relative Performance",
      .commandId = cmd::RelativePerformance,
      .layout = LayoutPair,
+     .pairEngine = RunPairRatio<ComputeRelativePerformance>,
      .curves = &pairCurve,
      .chartMenu = pairMenu,
      .handleMenu = noPeriodOnSlot3},

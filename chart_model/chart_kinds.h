@@ -51,6 +51,8 @@ struct KindCurves {
 // Runs a kind's engines into the chart's model series over `rows` rows of
 // the source's columns.
 using EngineRunner = void (*)(Chart& chart, const DataColumns& columns, std::int32_t rows);
+// Runs a kind of two sources on the chart's common rows (`pairData`).
+using PairEngine = void (*)(Chart& chart);
 // The engine of one curve: `period` over `source` into `output`.
 using CurveEngine = void (*)(const double* source, double* output, std::int32_t rows,
                              std::int32_t period);
@@ -130,7 +132,9 @@ struct ChartKindInfo {
     // Making one from the chart in front.
     bool volumeKind = false; // needs the volume column
     int frontRows = 25;      // rows the chart in front must have
-    int rowMinimum = 0;      // the kind's own minimum, tested once the chart exists
+    // The kind's own minimum, tested once the chart exists (on the common
+    // rows for a kind of two sources).
+    int rowMinimum = 0;
     const char* rowMinimumMessage = nullptr;
 
     // Computing.
@@ -138,6 +142,7 @@ struct ChartKindInfo {
     ParamDefaults defaults = ParamDefaults::Period14;
     ParamRestore restore = ParamRestore::OnePeriod;
     EngineRunner runEngines = nullptr; // nullptr: no engines here
+    PairEngine pairEngine = nullptr;   // the statistic of a kind of two sources
     PeriodChange periodChange = PeriodChange::Nothing;
     CurveEngine curveEngine = nullptr; // for PeriodChange::SelectedCurve
 

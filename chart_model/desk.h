@@ -37,6 +37,21 @@ class Desk {
     // The chart commands work on (the active child, or a minimised one lying
     // directly under it), with its window; nullptr when the desk is empty.
     virtual Chart* ActiveChart(WindowId* windowOut) = 0;
+    // The chart a window holds; nullptr for none.
+    virtual Chart* ChartOf(WindowId window) {
+        (void)window;
+        return nullptr;
+    }
+    // The pick of a second chart: the caption of `first` becomes `prompt`
+    // followed by its own caption until the user clicks a window or a
+    // window repaints, with no input going anywhere meanwhile; then the
+    // caption comes back. Returns the window then in front, found as
+    // ActiveChart finds it but without the companion test (it may be
+    // `first` itself or a companion view), or 0.
+    virtual WindowId PickSecondChart(WindowId first, const char* prompt) {
+        (void)first, (void)prompt;
+        return 0;
+    }
     // Repaint one chart window, erasing first.
     virtual void Invalidate(WindowId window) = 0;
     virtual void RepaintAllCharts() = 0;

@@ -66,8 +66,9 @@ struct Font {
     int weight = 400;
 };
 
-// Text alignment values: left/top, and horizontally centred on x.
+// Text alignment values: left/top, ending at x, and horizontally centred on x.
 inline constexpr int AlignLeftTop = 0;
+inline constexpr int AlignRight = 2;
 inline constexpr int AlignCentre = 6;
 
 class DrawDevice {

@@ -284,6 +284,7 @@ void QtDrawDevice::Text(int x, int y, std::string_view text) {
     const QString s = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
     const int width = metrics_->horizontalAdvance(s);
     if (align_ == AlignCentre) x -= width / 2;
+    if (align_ == AlignRight) x -= width;
     if (fast_)
         FillSpan(x, y, x + width, y + metrics_->height(), textBackground_);
     else

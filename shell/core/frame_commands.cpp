@@ -6,6 +6,7 @@
 #include "base/user_seam.h"
 #include "chart_model/analysis_chart.h"
 #include "chart_model/price_chart.h"
+#include "chart_model/two_series_chart.h"
 #include "market_data/connect.h"
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
@@ -276,9 +277,16 @@ void FrameCommand(Frame& frame, int id) {
             if (!ChartLimitOk()) return;
             WaitCursor wait;
             CreateAnalysisChart(kind->kindName);
+        } else if (kind && kind->layout == LayoutPair) {
+            if (!ChartLimitOk()) return;
+            WaitCursor wait;
+            if (kind->windowClass == WindowClass::OverlayChild)
+                CreateOverlayChart(kind->kindName);
+            else
+                CreateTwoSeriesChart(kind->kindName);
         }
-        // Connect, the layout, print and image commands and the
-        // two-instrument analyses arrive with their subsystems.
+        // Connect, the layout, print and image commands arrive with their
+        // subsystems.
         break;
     }
 }

@@ -4,6 +4,7 @@
 #include "chart_model/desk.h"
 #include "chart_model/price_chart.h"
 #include "interaction/mouse_state.h"
+#include "interaction/two_series_command.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
 #include "market_data/odbc_state.h"
@@ -41,6 +42,7 @@ void ResetProgramState() {
     ResetPalette();
     ResetDrawingStyle();
     ResetChartMouseState();
+    ResetTwoSeriesMouseState();
 }
 
 } // namespace velorin

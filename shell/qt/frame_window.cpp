@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
+#include <QEventLoop>
 #include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -18,6 +19,8 @@
 #include <ctime>
 
 #include "interaction/child_view.h"
+#include "interaction/corr_child.h"
+#include "interaction/overlay_child.h"
 #include "interaction/price_child.h"
 #include "market_data/date.h"
 #include "rendering/style.h"
@@ -88,6 +91,42 @@ void ArrangeMinimised(QMdiArea* area) {
 ChildView* ViewOf(QMdiSubWindow* sub) {
     return sub ? qobject_cast<ChildView*>(sub->widget()) : nullptr;
 }
+
+// The wait for the pick of a second chart: while it stands no input event
+// reaches any widget. A mouse press brings the child window under it in
+// front and ends the wait; so does the paint of any chart window.
+class PickWait final : public QObject {
+  public:
+    explicit PickWait(QMdiArea* area) : area_(area) { qApp->installEventFilter(this); }
+    ~PickWait() override { qApp->removeEventFilter(this); }
+    void Run() { loop_.exec(QEventLoop::AllEvents); }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            if (qobject_cast<ChildView*>(watched)) loop_.quit();
+            return false;
+        }
+        // Input reaches the top-level window first and its widget next: the
+        // widget's copy is the one held back.
+        if (!event->isInputEvent() || !watched->isWidgetType()) return false;
+        if (event->type() == QEvent::MouseButtonPress ||
+            event->type() == QEvent::NonClientAreaMouseButtonPress) {
+            for (QObject* o = watched; o; o = o->parent())
+                if (auto* sub = qobject_cast<QMdiSubWindow*>(o);
+                    sub && area_->subWindowList().contains(sub)) {
+                    if (sub->isMinimized()) sub->showNormal();
+                    area_->setActiveSubWindow(sub);
+                    break;
+                }
+            loop_.quit();
+        }
+        return true;
+    }
+
+  private:
+    QMdiArea* area_;
+    QEventLoop loop_;
+};
 
 } // namespace
 
@@ -274,6 +313,29 @@ Chart* FrameWindow::ActiveChart(WindowId* windowOut) {
     return view ? view->chart() : nullptr;
 }
 
+Chart* FrameWindow::ChartOf(WindowId window) {
+    ChildView* view = ViewOfWindow(window);
+    return view ? view->chart() : nullptr;
+}
+
+QMdiSubWindow* FrameWindow::SubWindowOf(WindowId window) const {
+    for (QMdiSubWindow* sub : mdiClient_->subWindowList())
+        if (reinterpret_cast<WindowId>(sub) == window) return sub;
+    return nullptr;
+}
+
+WindowId FrameWindow::PickSecondChart(WindowId first, const char* prompt) {
+    QPointer<QMdiSubWindow> sub = SubWindowOf(first);
+    const QString old = sub ? sub->windowTitle().left(100) : QString();
+    if (sub) sub->setWindowTitle(QString::fromLocal8Bit(prompt) + old);
+    {
+        PickWait wait(mdiClient_);
+        wait.Run();
+    }
+    if (sub) sub->setWindowTitle(old);
+    return reinterpret_cast<WindowId>(FindActiveChild());
+}
+
 ChildView* FrameWindow::ViewOfWindow(WindowId window) const {
     for (QMdiSubWindow* sub : mdiClient_->subWindowList())
         if (reinterpret_cast<WindowId>(sub) == window) return ViewOf(sub);
@@ -355,6 +417,12 @@ WindowId FrameWindow::CreateChild(const ChildWindowRequest& request) {
     switch (request.windowClass) {
     case WindowClass::PriceChild:
         view = new PriceChild(request.chart);
+        break;
+    case WindowClass::CorrChild:
+        view = new CorrChild(request.chart);
+        break;
+    case WindowClass::OverlayChild:
+        view = new OverlayChild(request.chart);
         break;
     default:
         return 0; // the other window classes arrive with their charts

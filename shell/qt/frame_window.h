@@ -56,6 +56,8 @@ class FrameWindow final : public QMainWindow, private Frame {
     // Desk
     WindowId CreateChild(const ChildWindowRequest& request) override;
     Chart* ActiveChart(WindowId* windowOut) override;
+    Chart* ChartOf(WindowId window) override;
+    WindowId PickSecondChart(WindowId first, const char* prompt) override;
     void Invalidate(WindowId window) override;
     void RepaintAllCharts() override;
     void Tile(bool horizontal) override;
@@ -76,6 +78,7 @@ class FrameWindow final : public QMainWindow, private Frame {
     // The buttons show the states the menu rules wrote.
     void SyncButtons();
     ChildView* ViewOfWindow(WindowId window) const;
+    QMdiSubWindow* SubWindowOf(WindowId window) const;
 
     static FrameWindow* instance_;
     QMdiArea* mdiClient_ = nullptr;

@@ -46,6 +46,20 @@ class FakeFrame final : public Frame {
             if (c.id == active) return c.chart;
         return nullptr;
     }
+    Chart* ChartOf(WindowId window) override {
+        for (const Child& c : children)
+            if (c.id == window) return c.chart;
+        return nullptr;
+    }
+    // The pick ends on the click in `clicks` (that window comes in front),
+    // or with none scripted on a repaint.
+    WindowId PickSecondChart(WindowId first, const char* prompt) override {
+        for (const Child& c : children)
+            if (c.id == first) prompts.push_back(prompt + c.caption);
+        if (!clicks.empty() && clicks.front() != 0) active = clicks.front();
+        clicks.clear();
+        return active;
+    }
     void Invalidate(WindowId window) override { invalidated.push_back(window); }
     void RepaintAllCharts() override { ++repaintAll; }
     void Tile(bool horizontal) override { tiles.push_back(horizontal); }
@@ -94,6 +108,8 @@ class FakeFrame final : public Frame {
     WindowId nextId = 1;
     std::map<int, bool> greyed, checked;
     std::vector<WindowId> invalidated, dataViews;
+    std::vector<WindowId> clicks;
+    std::vector<std::string> prompts; // the first chart's caption while the user picks
     std::vector<bool> tiles;
     std::vector<std::pair<WindowId, int>> sent;
     int repaintAll = 0;
