@@ -8,6 +8,7 @@
 #include "market_data/data_source.h"
 #include "market_data/date.h"
 #include "market_data/odbc_state.h"
+#include "persistence/settings_file.h"
 #include "rendering/palette.h"
 #include "rendering/style.h"
 #include "shell/core/shell_state.h"
@@ -43,6 +44,8 @@ void ResetProgramState() {
     ResetDrawingStyle();
     ResetChartMouseState();
     ResetTwoSeriesMouseState();
+    // Persistence: the image of the settings or layout file
+    ResetSettings();
 }
 
 } // namespace velorin

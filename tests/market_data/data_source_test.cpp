@@ -36,13 +36,5 @@ TEST_F(DataSourceTest, AllocationFailsAtEveryBlockWithoutLeaks) {
     EXPECT_EQ(SourceAt(3), nullptr);
 }
 
-// Slots 0 to 999 exist (the commands refuse the last); others are refused.
-TEST_F(DataSourceTest, SlotRange) {
-    EXPECT_TRUE(SourceAt(-1) == nullptr && NewDataSource(-1) == 0);
-    EXPECT_EQ(NewDataSource(MaxSourceSlots), 0);
-    FreeDataSource(MaxSourceSlots);
-    EXPECT_EQ(NewDataSource(MaxSourceSlots - 1), 1);
-}
-
 } // namespace
 } // namespace velorin

@@ -127,26 +127,5 @@ TEST(HighlightToolTest, NineRegionsAreTheLimitAndClearAllEmptiesThem) {
         EXPECT_EQ(o.h().inUse[i], 0);
 }
 
-TEST(HighlightToolTest, CurveHandlesOpenTheirColourMenus) {
-    Overlay o;
-    o.f.chart().showCurveHandles = 1;
-    o.f.chart().secondConnectionId = 2;
-    RecordingDevice dev;
-    o.Paint(dev);
-    const Region* handles[] = {o.f.chart().view->curveRegions[0],
-                               o.f.chart().view->curveRegions[3]};
-    const int targets[] = {5, 7};
-    for (int k = 0; k < 2; ++k) {
-        ASSERT_NE(handles[k], nullptr);
-        const PixelRect& b = handles[k]->box;
-        o.tool.popupOpen = 0;
-        const OverlayClickResult r = o.Click((b.left + b.right) / 2, (b.top + b.bottom) / 2);
-        ASSERT_EQ(r.menu.size(), 1u);
-        EXPECT_EQ(std::string(r.menu[0].text) + "/" + std::to_string(r.menu[0].id),
-                  "Colour .../20519");
-        EXPECT_EQ(chartMouse.colourTarget, targets[k]);
-    }
-}
-
 } // namespace
 } // namespace velorin

@@ -104,24 +104,6 @@ TEST(ScatterTest, HeadingInTheCodePageAtTheTopRight) {
     EXPECT_EQ(BoxOf(*it), (Box{440, 0, 0, 0}));
 }
 
-TEST(ScatterTest, PaddedRanges) {
-    struct Case {
-        std::vector<double> values;
-        double low, high;
-    };
-    const Case cases[] = {
-        {{10, 40, GAP}, 9.9, 40.4},
-        {{-10, -5}, -9.9, -5.05}, // padding narrows a negative range
-        {{GAP}, 0.0, 1.01},       // nothing on screen
-    };
-    for (const Case& c : cases) {
-        double low = 0, high = 0;
-        PaddedRange(c.values.data(), 0, static_cast<int>(c.values.size()), low, high);
-        EXPECT_DOUBLE_EQ(low, c.low);
-        EXPECT_DOUBLE_EQ(high, c.high);
-    }
-}
-
 TEST(OverlayPaintTest, SecondSeriesOnItsOwnScaleOnlyFromAnotherConnection) {
     for (const bool sameConnection : {false, true}) {
         ChartFixture f("Overlay", LayoutPair, 30);
