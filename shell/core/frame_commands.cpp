@@ -17,6 +17,7 @@
 #include "resources/command_ids.h"
 #include "shell/core/button_bar.h"
 #include "shell/core/frame_rules.h"
+#include "shell/core/layout_commands.h"
 #include "shell/core/shell_state.h"
 
 namespace velorin {
@@ -46,13 +47,15 @@ void Toggle(Frame& frame, int commandId, std::int32_t& flag, bool checkedWhenSet
     frame.SetChecked(commandId, checkedWhenSet ? flag != 0 : flag == 0);
 }
 
-void ConnectDataFile(Frame& frame) {
+} // namespace
+
+void ConnectDataFile(Frame& frame, const CreationMode& mode) {
     shell.lastConnectOk = 0;
     if (const char* m = SourceLimitMessage(marketData.nextSourceSlot, true)) return Inform(m);
     if (!ChartLimitOk()) return;
     if (!LoadDataFile(shell.restoringLayout)) return;
     WaitCursor wait;
-    if (ConnectDataSource() && CreatePriceChart("Price", 0) == 1) {
+    if (ConnectDataSource() && CreatePriceChart("Price", 0, mode) == 1) {
         shell.lastConnectOk = 1;
         UpdateFrameMenuState(frame);
     }
@@ -62,7 +65,7 @@ void ConnectDataFile(Frame& frame) {
 // one connection for the query, the source and its chart, and the
 // disconnect whenever the connect succeeded. After "Save All" (1) no price
 // query runs here: that result belongs to the batch of codes.
-void ConnectDatabase(Frame& frame) {
+void ConnectDatabase(Frame& frame, const CreationMode& mode) {
     shell.lastConnectOk = 0;
     if (const char* m = SourceLimitMessage(marketData.nextSourceSlot, false)) return Inform(m);
     if (!ChartLimitOk()) return;
@@ -70,12 +73,15 @@ void ConnectDatabase(Frame& frame) {
     if (result == SqlDialogCancel) return;
     if (OdbcConnect() != 0) return;
     WaitCursor wait;
-    if (StageDatabaseQuery(result) && ConnectDataSource() && CreatePriceChart("Price", 0) == 1) {
+    if (StageDatabaseQuery(result) && ConnectDataSource() &&
+        CreatePriceChart("Price", 0, mode) == 1) {
         shell.lastConnectOk = 1;
         UpdateFrameMenuState(frame);
     }
     OdbcDisconnect();
 }
+
+namespace {
 
 // Thin, Medium and Thick of the price, model and attachment lines: three
 // groups of three ids. Nothing happens when the value is already set.
@@ -209,12 +215,13 @@ void FrameTimerTick(int timerId) {
 
 void FrameCommand(Frame& frame, int id) {
     switch (id) {
-    case cmd::New: {
-        WaitCursor wait;
-        shell.layoutPath[0] = '\0';
-        CloseAllCharts(frame);
+    case cmd::New:
+    case cmd::Open:
+    case cmd::Save:
+    case cmd::SaveAs:
+    case cmd::Restore:
+        LayoutCommand(frame, id);
         break;
-    }
     case cmd::Exit:
         frame.DestroyFrame();
         break;
@@ -260,6 +267,15 @@ void FrameCommand(Frame& frame, int id) {
     case cmd::HelpContents:
         frame.ShowHelpContents();
         break;
+    case cmd::SaveChartAs:
+        SaveChartImage(&frame, std::string(), shell.batchRunning != 0);
+        break;
+    case cmd::Print:
+        frame.PrintDesk("Velorin Printing");
+        break;
+    case cmd::PrinterSetup:
+        frame.PrinterSetup();
+        break;
     case cmd::MakeAllPrices:
     case cmd::MakeAllVolumes: {
         WaitCursor wait;
@@ -285,8 +301,7 @@ void FrameCommand(Frame& frame, int id) {
             else
                 CreateTwoSeriesChart(kind->kindName);
         }
-        // Connect, the layout, print and image commands arrive with their
-        // subsystems.
+        // Connect and the layout commands arrive with their subsystems.
         break;
     }
 }

@@ -3,12 +3,17 @@
 // and the button bar arrives at FrameCommand. The frame is reached through
 // `Frame`, which the Qt frame implements and tests implement headless.
 
+#include <vector>
+
+#include "chart_model/creation.h"
 #include "chart_model/desk.h"
+#include "output/chart_image.h"
+#include "persistence/settings_file.h"
 #include "shell/core/menu_def.h"
 
 namespace velorin {
 
-class Frame : public Desk, public MenuModel {
+class Frame : public Desk, public MenuModel, public CaptureSource {
   public:
     // The check mark of a menu item.
     virtual void SetChecked(int commandId, bool checked) = 0;
@@ -24,9 +29,27 @@ class Frame : public Desk, public MenuModel {
     // The states of the button bar's buttons, which follow the menu state
     // (ButtonCount of them), or nullptr for a frame without a bar.
     virtual ButtonState* ButtonStates() { return nullptr; }
+    // File > Print...: a picture of the desk to the current printer, under
+    // `title`; the result stays internal. File > Printer Setup...: the
+    // printer dialog, whose choice serves the later jobs.
+    virtual int PrintDesk(const char* title) {
+        (void)title;
+        return 21;
+    }
+    virtual void PrinterSetup() {}
+    // The child windows, bottom of the Z order first, with their places in
+    // the desk and whether each is an icon (what a layout stores).
+    virtual std::vector<DeskWindow> DeskWindows() { return {}; }
+    // Destroys one child window; its chart closes with it.
+    virtual void DestroyChild(WindowId window) { (void)window; }
 };
 
 void FrameCommand(Frame& frame, int commandId);
+
+// Connection > Datafile... and Database...; a layout being restored passes
+// its row and no dialog is shown. `shell.lastConnectOk` tells the outcome.
+void ConnectDataFile(Frame& frame, const CreationMode& mode = {});
+void ConnectDatabase(Frame& frame, const CreationMode& mode = {});
 
 // The chart a chart command works on, with its window; nullptr (after
 // "Please Select Chart" for a companion view) when there is none.

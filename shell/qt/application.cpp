@@ -13,6 +13,7 @@
 #include <string>
 
 #include "market_data/date.h"
+#include "shell/core/layout_commands.h"
 #include "shell/core/shell_state.h"
 #include "base/user_seam.h"
 #include "shell/core/working_blocks.h"
@@ -94,8 +95,9 @@ int RunApplication(int argc, char** argv, const StartOptions& options) {
         return -1;
     }
     std::snprintf(shell.settingsPath, sizeof shell.settingsPath, "%s/velorin.vln", cwd);
-    // The settings file and the connection lists come with persistence;
-    // until then every start is a first run with empty lists.
+    // Without a settings file this is a first run: empty lists, and the
+    // program's own values are written at exit.
+    ReadSettingsAtStart();
 
     int code = 0;
     {

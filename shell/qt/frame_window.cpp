@@ -23,9 +23,12 @@
 #include "interaction/overlay_child.h"
 #include "interaction/price_child.h"
 #include "market_data/date.h"
+#include "output/qt/capture.h"
+#include "output/qt/printing.h"
 #include "rendering/style.h"
 #include "resources/command_ids.h"
 #include "resources/icons.h"
+#include "shell/core/layout_commands.h"
 #include "shell/core/shell_state.h"
 #include "shell/qt/button_bar_widget.h"
 #include "shell/qt/dialogs.h"
@@ -283,6 +286,25 @@ ButtonState* FrameWindow::ButtonStates() {
     return buttons_.state;
 }
 
+// The saved picture is what the desk shows: the pixels of the MDI area.
+bool FrameWindow::CaptureDesk(Dib& out) { return CaptureWindow(mdiClient_, out); }
+
+void FrameWindow::ShowSavingBox(bool shown) {
+    if (shown) {
+        QWidget* owner = QApplication::activeWindow();
+        savingBox_ = new SavingBox(owner ? owner : this);
+        savingBox_->setAttribute(Qt::WA_DeleteOnClose);
+        savingBox_->show();
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    } else if (savingBox_) {
+        savingBox_->close();
+    }
+}
+
+int FrameWindow::PrintDesk(const char* title) { return PrintWindow(mdiClient_, nullptr, title); }
+
+void FrameWindow::PrinterSetup() { velorin::PrinterSetup(this); }
+
 void FrameWindow::ShowHelpContents() {
     OpenHelpContents(this);
 }
@@ -307,7 +329,8 @@ QMdiSubWindow* FrameWindow::FindActiveChild() const {
 }
 
 Chart* FrameWindow::ActiveChart(WindowId* windowOut) {
-    QMdiSubWindow* sub = FindActiveChild();
+    QMdiSubWindow* sub =
+        shell.restoringLayout && restoreFront_ ? restoreFront_.data() : FindActiveChild();
     if (windowOut) *windowOut = reinterpret_cast<WindowId>(sub);
     ChildView* view = ViewOf(sub);
     return view ? view->chart() : nullptr;
@@ -450,7 +473,26 @@ WindowId FrameWindow::CreateChild(const ChildWindowRequest& request) {
         break;
     }
     if (!request.hidden) sub->show();
+    restoreFront_ = shell.restoringLayout ? sub : nullptr;
     return reinterpret_cast<WindowId>(sub);
+}
+
+std::vector<DeskWindow> FrameWindow::DeskWindows() {
+    std::vector<DeskWindow> windows;
+    for (QMdiSubWindow* sub : mdiClient_->subWindowList(QMdiArea::StackingOrder)) {
+        ChildView* view = ViewOf(sub);
+        const QRect r = sub->geometry();
+        windows.push_back({view ? view->chart() : nullptr, sub->isMinimized(), r.x(), r.y(),
+                           r.width(), r.height()});
+    }
+    return windows;
+}
+
+void FrameWindow::DestroyChild(WindowId window) {
+    if (QMdiSubWindow* sub = SubWindowOf(window)) {
+        mdiClient_->removeSubWindow(sub);
+        delete sub;
+    }
 }
 
 void FrameWindow::TimerTick(int timerId) {
@@ -460,6 +502,7 @@ void FrameWindow::TimerTick(int timerId) {
 void FrameWindow::DestroyFrame() {
     if (destroyed_) return;
     destroyed_ = true;
+    WriteSettingsAtExit(*this);
     realTimeTimer_->stop();
     refetchTimer_->stop();
     CloseAllCharts(*this);

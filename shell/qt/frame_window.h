@@ -72,6 +72,12 @@ class FrameWindow final : public QMainWindow, private Frame {
     void SendChartCommand(WindowId window, int commandId) override;
     void ShowHelpContents() override;
     ButtonState* ButtonStates() override;
+    std::vector<DeskWindow> DeskWindows() override;
+    void DestroyChild(WindowId window) override;
+    bool CaptureDesk(Dib& out) override;
+    void ShowSavingBox(bool shown) override;
+    int PrintDesk(const char* title) override;
+    void PrinterSetup() override;
 
     void BuildMenus();
     void FillWindowMenu();
@@ -84,6 +90,9 @@ class FrameWindow final : public QMainWindow, private Frame {
     QMdiArea* mdiClient_ = nullptr;
     QMenu* windowMenu_ = nullptr;
     QPointer<QMdiSubWindow> lastActive_;
+    // While a layout is restored: the child made last, which the next
+    // restored chart takes its source from even when it is hidden.
+    QPointer<QMdiSubWindow> restoreFront_;
     QHash<int, QAction*> actions_;
     ButtonBar buttons_{};
     ButtonBarWidget* buttonBar_ = nullptr;
@@ -91,6 +100,7 @@ class FrameWindow final : public QMainWindow, private Frame {
     QTimer* refetchTimer_ = nullptr;
     bool destroyed_ = false;
     Desk* previousDesk_ = nullptr;
+    QPointer<QDialog> savingBox_;
 };
 
 } // namespace velorin

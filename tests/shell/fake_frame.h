@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "shell/core/frame_commands.h"
+#include "shell/core/layout_commands.h"
 
 namespace velorin::test_support {
 
@@ -17,6 +18,7 @@ class FakeFrame final : public Frame {
         WindowId id;
         Chart* chart;
         std::string caption;
+        int x = 0, y = 0, width = 0, height = 0; // as asked; tests may move a window
     };
 
     FakeFrame() {
@@ -36,7 +38,7 @@ class FakeFrame final : public Frame {
 
     // Desk
     WindowId CreateChild(const ChildWindowRequest& r) override {
-        children.push_back({nextId, r.chart, r.caption});
+        children.push_back({nextId, r.chart, r.caption, r.x, r.y, r.width, r.height});
         active = nextId;
         return nextId++;
     }
@@ -76,8 +78,17 @@ class FakeFrame final : public Frame {
     void ArrangeIcons() override {}
     void DestroyFrame() override {
         destroyed = true;
+        WriteSettingsAtExit(*this);
         CloseAllCharts(*this);
     }
+    // Children in creation order, the last made on top.
+    std::vector<DeskWindow> DeskWindows() override {
+        std::vector<DeskWindow> windows;
+        for (const Child& c : children)
+            windows.push_back({c.chart, false, c.x, c.y, c.width, c.height});
+        return windows;
+    }
+    void DestroyChild(WindowId window) override { Close(window); }
     void ShowAbout() override {}
     void SendChartCommand(WindowId window, int id) override { sent.push_back({window, id}); }
     void ShowHelpContents() override {}
