@@ -156,6 +156,13 @@ int ReadSettingsAtStart() {
     return read;
 }
 
+bool SettingsFrameRectangle(int* x, int* y, int* width, int* height) {
+    if (settings.frameWidth <= 0 || settings.frameHeight <= 0) return false;
+    *x = settings.frameX, *y = settings.frameY;
+    *width = settings.frameWidth, *height = settings.frameHeight;
+    return true;
+}
+
 void WriteSettingsAtExit(Frame& frame) {
     if (shell.settingsPath[0] == '\0') return;
     const std::string path = shell.settingsPath;

@@ -17,6 +17,11 @@ namespace velorin {
 // program runs on its own start values.
 int ReadSettingsAtStart();
 
+// The frame's position and size from "[System]", when the settings file
+// gives a rectangle (width and height above 0). The frame opens maximised
+// either way; this is where it goes when it is restored.
+bool SettingsFrameRectangle(int* x, int* y, int* width, int* height);
+
 // The frame is going: the settings file is written with the open charts,
 // the lists, colours and system values. Nothing happens without a
 // settings path.

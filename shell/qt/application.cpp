@@ -12,14 +12,14 @@
 #include <cstdio>
 #include <string>
 
+#include "base/user_seam.h"
 #include "market_data/date.h"
 #include "shell/core/layout_commands.h"
 #include "shell/core/shell_state.h"
-#include "base/user_seam.h"
 #include "shell/core/working_blocks.h"
+#include "shell/qt/database_dialog.h"
 #include "shell/qt/dialogs.h"
 #include "shell/qt/frame_window.h"
-#include "shell/qt/database_dialog.h"
 #include "shell/qt/qt_seam.h"
 
 namespace velorin {
@@ -60,7 +60,7 @@ bool DayFirstLocale() {
 }
 
 void ReadMinorVersion() {
-    struct utsname u{};
+    struct utsname u {};
     int major = 0, minor = 0;
     if (::uname(&u) == 0) std::sscanf(u.release, "%d.%d", &major, &minor);
     std::snprintf(shell.osMinorText, sizeof shell.osMinorText, "%d", minor);
@@ -112,9 +112,13 @@ int RunApplication(int argc, char** argv, const StartOptions& options) {
             StartupDialog startup(nullptr, options.startupMilliseconds);
             startup.exec();
         }
-        // Fill the screen first, so the frame covers it even where no window
-        // manager carries out the maximise.
-        if (const QScreen* screen = QGuiApplication::primaryScreen())
+        // The rectangle of the settings file, else the whole screen, so the
+        // frame covers it even where no window manager carries out the
+        // maximise.
+        int x = 0, y = 0, width = 0, height = 0;
+        if (SettingsFrameRectangle(&x, &y, &width, &height))
+            frame.setGeometry(x, y, width, height);
+        else if (const QScreen* screen = QGuiApplication::primaryScreen())
             frame.setGeometry(screen->availableGeometry());
         frame.showMaximized();
         code = QApplication::exec();

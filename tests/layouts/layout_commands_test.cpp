@@ -84,6 +84,8 @@ TEST_F(Layouts, SettingsWrittenAtExitComeBackAtTheNextStart) {
     std::strcpy(sqlLists.dsnList[0], "Prices"), std::strcpy(sqlLists.dsnList[1], "Archive");
     palette.current[7] = 0x00123456;
     refreshCycle.fetchFrequencyMinutes = 7;
+    settings.frameX = 10, settings.frameY = 20, settings.frameWidth = 800,
+    settings.frameHeight = 600;
     FrameCommand(frame, cmd::Exit);
     Start();
     ASSERT_EQ(ReadSettingsAtStart(), 1);
@@ -91,6 +93,9 @@ TEST_F(Layouts, SettingsWrittenAtExitComeBackAtTheNextStart) {
     EXPECT_STREQ(marketData.selection.currentDsn, "Prices");
     EXPECT_EQ(palette.current[7], 0x00123456u);
     EXPECT_EQ(refreshCycle.fetchFrequencyMinutes, 7);
+    int rect[4] = {};
+    ASSERT_TRUE(SettingsFrameRectangle(&rect[0], &rect[1], &rect[2], &rect[3]));
+    EXPECT_EQ(std::vector<int>(rect, rect + 4), (std::vector<int>{10, 20, 800, 600}));
 }
 
 TEST_F(Layouts, AFirstRunWritesAFileThatReadsBackWhole) {
@@ -107,6 +112,8 @@ TEST_F(Layouts, AFirstRunWritesAFileThatReadsBackWhole) {
     EXPECT_EQ(std::vector<Colour>(palette.current, palette.current + PaletteSize),
               std::vector<Colour>(FirstRunColours(), FirstRunColours() + PaletteSize));
     EXPECT_EQ(chartDefaults.defaultResolution, 4.0);
+    int rect[4] = {}; // no rectangle yet: the frame takes the screen
+    EXPECT_FALSE(SettingsFrameRectangle(&rect[0], &rect[1], &rect[2], &rect[3]));
 }
 
 } // namespace
