@@ -251,10 +251,6 @@ void SetStyle(ChartView& v, int bar, int candle, int line) {
     v.showLine = line;
 }
 
-void ChooseAndRepaint(int target) {
-    if (ChooseColour(target) == 1) TheDesk().RepaintAllCharts();
-}
-
 // Commands on drawn objects; false when the id isn't one of them.
 bool DrawingCommand(ChartWindowPort& window, DrawingSet& d, int commandId) {
     ChartMouseState& m = chartMouse;
@@ -337,6 +333,28 @@ bool DrawingCommand(ChartWindowPort& window, DrawingSet& d, int commandId) {
 }
 
 } // namespace
+
+bool ColourCommand(int commandId) {
+    int target = 0;
+    switch (commandId) {
+    case cmd::CurveColour:
+        target = chartMouse.colourTarget;
+        break;
+    case cmd::GridColour:
+        target = 52;
+        break;
+    case cmd::TextColour:
+        target = 51;
+        break;
+    case cmd::BackgroundColour:
+        target = 53;
+        break;
+    default:
+        return false;
+    }
+    if (ChooseColour(target) == 1) TheDesk().RepaintAllCharts();
+    return true;
+}
 
 int PaletteEntryOfTarget(int target) {
     switch (target) {
@@ -447,16 +465,10 @@ void ChartCommand(ChartWindowPort& window, Chart& chart, int commandId) {
         window.Invalidate();
         break;
     case cmd::CurveColour:
-        ChooseAndRepaint(m.colourTarget);
-        break;
     case cmd::GridColour:
-        ChooseAndRepaint(52);
-        break;
     case cmd::TextColour:
-        ChooseAndRepaint(51);
-        break;
     case cmd::BackgroundColour:
-        ChooseAndRepaint(53);
+        ColourCommand(commandId);
         break;
     case cmd::ExtendEnvelopes:
         if (chart.fibonacciExtra) Toggle(chart.fibonacciExtra->extendEnvelopes);

@@ -20,6 +20,11 @@ void ChartCommand(ChartWindowPort& window, Chart& chart, int commandId);
 // and 0 for others.
 int ChooseColour(int target);
 
+// "Colour ..." (the curve menus' target), "Grid ...", "Text ..." and
+// "Background ...": the colour dialog, then every chart repainted after OK.
+// False when `commandId` is none of them.
+bool ColourCommand(int commandId);
+
 // The palette entry a colour target changes, or -1.
 int PaletteEntryOfTarget(int target);
 

@@ -25,10 +25,6 @@ using namespace menu_items;
 constexpr int FirstCurveColourTarget = 5;
 constexpr int SecondCurveColourTarget = 7;
 
-void ChooseAndRepaint(int target) {
-    if (ChooseColour(target) == 1) TheDesk().RepaintAllCharts();
-}
-
 // The region in work takes its place among the regions shown.
 void FinishRegion(ChartWindowPort& window, Chart& chart, HighlightToolState& tool) {
     HighlightSet& h = *chart.drawings->highlights;
@@ -83,19 +79,8 @@ void TwoSeriesCommand(ChartWindowPort& window, Chart& chart, int commandId) {
         window.Invalidate();
         return;
     }
+    if (ColourCommand(commandId)) return;
     switch (commandId) {
-    case cmd::CurveColour:
-        ChooseAndRepaint(chartMouse.colourTarget);
-        break;
-    case cmd::GridColour:
-        ChooseAndRepaint(52);
-        break;
-    case cmd::TextColour:
-        ChooseAndRepaint(51);
-        break;
-    case cmd::BackgroundColour:
-        ChooseAndRepaint(53);
-        break;
     case cmd::ToggleGrid:
         if (chart.view) chart.view->gridOn = chart.view->gridOn == 0 ? 1 : 0;
         window.Invalidate();
