@@ -7,6 +7,7 @@
 #include "interaction/two_series_command.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
+#include "market_data/dde_text.h"
 #include "market_data/odbc_state.h"
 #include "persistence/settings_file.h"
 #include "rendering/palette.h"
@@ -36,6 +37,7 @@ void ResetProgramState() {
     ResetMarketDataState();
     ResetDateRules();
     ResetOdbcFeedState();
+    ResetDdeFeedState();
     // Chart model: defaults of new charts, the desk registry
     ResetChartDefaults();
     ResetDeskRegistry();
