@@ -5,6 +5,7 @@
 #
 # What goes where (under the prefix):
 #   bin/velorin                                   the program
+#   bin/cnvtogif                                  its GIF conversion script
 #   share/velorin/help/                           the HTML help, opened by Help > Contents,
 #                                                 with the button pictures in buttons/
 #   share/applications/velorin.desktop            the desktop entry
@@ -65,6 +66,12 @@ install(TARGETS velorin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 if(TARGET velorin_feed_server)
   install(TARGETS velorin_feed_server RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
+
+# The GIF conversion script of the Make All run, found beside the program:
+# copied there in the build tree, installed there.
+set(VELORIN_CONVERT_SCRIPT ${PROJECT_SOURCE_DIR}/tools/convert/cnvtogif)
+configure_file(${VELORIN_CONVERT_SCRIPT} ${CMAKE_BINARY_DIR}/cnvtogif COPYONLY)
+install(PROGRAMS ${VELORIN_CONVERT_SCRIPT} DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 install(DIRECTORY ${VELORIN_HELP_SOURCE}/ DESTINATION ${CMAKE_INSTALL_DATADIR}/velorin/help)
 install(DIRECTORY ${VELORIN_BUTTON_PICTURES}/ DESTINATION ${CMAKE_INSTALL_DATADIR}/velorin/help/buttons

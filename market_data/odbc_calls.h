@@ -63,6 +63,12 @@ class OdbcCalls {
     virtual short BindDateColumn(OdbcHandle statement, int column, OdbcDate* target) = 0;
     virtual short BindDoubleColumn(OdbcHandle statement, int column, double* target) = 0;
     virtual short Fetch(OdbcHandle statement) = 0;
+    // SQLBindCol as C char: `size` bytes, the text NUL-terminated. Only the
+    // batch's list of codes binds text; calls without it refuse.
+    virtual short BindTextColumn(OdbcHandle statement, int column, char* target, int size) {
+        (void)statement, (void)column, (void)target, (void)size;
+        return OdbcError;
+    }
 };
 
 // The calls in force. Never null: without an installed driver manager every

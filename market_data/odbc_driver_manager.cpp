@@ -86,6 +86,10 @@ class DriverManagerCalls final : public OdbcCalls {
         return SQLBindCol(statement, static_cast<SQLUSMALLINT>(column), SQL_C_DOUBLE, target,
                           sizeof *target, Indicator(statement, column));
     }
+    short BindTextColumn(OdbcHandle statement, int column, char* target, int size) override {
+        return SQLBindCol(statement, static_cast<SQLUSMALLINT>(column), SQL_C_CHAR, target, size,
+                          Indicator(statement, column));
+    }
     short Fetch(OdbcHandle statement) override { return SQLFetch(statement); }
 
   private:

@@ -15,6 +15,7 @@
 #include "rendering/palette.h"
 #include "rendering/style.h"
 #include "resources/command_ids.h"
+#include "shell/core/batch.h"
 #include "shell/core/button_bar.h"
 #include "shell/core/frame_rules.h"
 #include "shell/core/layout_commands.h"
@@ -63,8 +64,8 @@ void ConnectDataFile(Frame& frame, const CreationMode& mode) {
 
 // Connection > Database...: the dialog (skipped while restoring a layout),
 // one connection for the query, the source and its chart, and the
-// disconnect whenever the connect succeeded. After "Save All" (1) no price
-// query runs here: that result belongs to the batch of codes.
+// disconnect whenever the connect succeeded. After "Save All" (1) the
+// Make All run of the whole database takes the connection instead.
 void ConnectDatabase(Frame& frame, const CreationMode& mode) {
     shell.lastConnectOk = 0;
     if (const char* m = SourceLimitMessage(marketData.nextSourceSlot, false)) return Inform(m);
@@ -73,8 +74,11 @@ void ConnectDatabase(Frame& frame, const CreationMode& mode) {
     if (result == SqlDialogCancel) return;
     if (OdbcConnect() != 0) return;
     WaitCursor wait;
-    if (StageDatabaseQuery(result) && ConnectDataSource() &&
-        CreatePriceChart("Price", 0, mode) == 1) {
+    if (result == SqlDialogSaveAll) {
+        StageDatabaseQuery(result); // builds the statement from the fields, runs nothing
+        RunDatabaseBatch(frame);
+    } else if (StageDatabaseQuery(result) && ConnectDataSource() &&
+               CreatePriceChart("Price", 0, mode) == 1) {
         shell.lastConnectOk = 1;
         UpdateFrameMenuState(frame);
     }

@@ -92,6 +92,11 @@ class FakeFrame final : public Frame {
     void ShowAbout() override {}
     void SendChartCommand(WindowId window, int id) override { sent.push_back({window, id}); }
     void ShowHelpContents() override {}
+    // With `capturing` on, a 2 x 2 picture of the desk.
+    bool CaptureDesk(Dib& out) override {
+        out.width = out.height = 2, out.bits.assign(16, 0x80);
+        return capturing;
+    }
 
     // MenuModel
     bool IsGreyed(int id) const override {
@@ -124,6 +129,7 @@ class FakeFrame final : public Frame {
     std::vector<bool> tiles;
     std::vector<std::pair<WindowId, int>> sent;
     int repaintAll = 0;
+    bool capturing = false;
     bool destroyed = false;
 
   private:
