@@ -40,7 +40,7 @@ std::unique_ptr<Settings> FullDesk(int slotsInUse) {
     for (int r = 0; r < LayoutRowCount; ++r) {
         LayoutRow& row = s->connections[r];
         std::strcpy(row.source, "DATAFILE");
-        std::snprintf(row.topic, 255, "/home/analyst/desk/INSTRUMENT%02d.PRC", r);
+        std::snprintf(row.topic, 255, "/data/desk/INSTRUMENT%02d.PRC", r);
         std::snprintf(row.item, 255, "INSTRUMENT%02d", r);
         std::strcpy(row.timerText, "60");
         std::strcpy(row.kindName, r % 2 ? "RSI" : "Price");
