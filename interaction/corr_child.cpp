@@ -13,6 +13,7 @@
 #include "chart_model/desk.h"
 #include "interaction/chart_menu.h"
 #include "interaction/two_series_command.h"
+#include "interaction/window_helpers.h"
 #include "market_data/data_source.h"
 #include "rendering/palette.h"
 #include "rendering/qt/qt_draw_device.h"
@@ -21,48 +22,6 @@
 namespace velorin {
 
 QMenu* TwoSeriesChild::openMenu_ = nullptr;
-
-namespace {
-
-// The tool cursor: a ring with its hot spot in the middle.
-QCursor RingCursor() {
-    QPixmap pixmap(32, 32);
-    pixmap.fill(Qt::transparent);
-    QPainter p(&pixmap);
-    p.setRenderHint(QPainter::Antialiasing);
-    p.setPen(QPen(Qt::black, 4));
-    p.drawEllipse(QPointF(15.5, 15.5), 8, 8);
-    p.setPen(QPen(Qt::white, 2));
-    p.drawEllipse(QPointF(15.5, 15.5), 8, 8);
-    p.end();
-    return QCursor(pixmap, 15, 15);
-}
-
-void AddItems(QMenu* menu, const std::vector<MenuItem>& items, std::size_t& at,
-              const std::function<void(int)>& run) {
-    while (at < items.size()) {
-        const MenuItem& item = items[at++];
-        if (item.endSubmenu) return;
-        if (item.submenu) {
-            AddItems(menu->addMenu(QString::fromLatin1(item.text)), items, at, run);
-            continue;
-        }
-        if (!item.text) {
-            menu->addSeparator();
-            continue;
-        }
-        QAction* a = menu->addAction(QString::fromLatin1(item.text));
-        if (item.checked) {
-            a->setCheckable(true);
-            a->setChecked(true);
-        }
-        a->setEnabled(!item.disabled);
-        const int id = item.id;
-        QObject::connect(a, &QAction::triggered, menu, [run, id] { run(id); });
-    }
-}
-
-} // namespace
 
 TwoSeriesChild::TwoSeriesChild(Chart* chart, WindowClass windowClass, QWidget* parent)
     : ChildView(chart, windowClass, parent) {
@@ -185,7 +144,7 @@ void TwoSeriesChild::RunMenu(const std::vector<MenuItem>& items, int x, int y,
     if (items.empty()) return;
     QMenu menu(this);
     std::size_t at = 0;
-    AddItems(&menu, items, at, run);
+    AddMenuItems(&menu, items, at, run);
     openMenu_ = &menu;
     menu.exec(mapToGlobal(QPoint(x, y)));
     openMenu_ = nullptr;

@@ -16,6 +16,7 @@
 #include "interaction/drawing_tools.h"
 #include "interaction/handle_menu.h"
 #include "interaction/mouse_state.h"
+#include "interaction/window_helpers.h"
 #include "market_data/data_source.h"
 #include "rendering/palette.h"
 #include "rendering/qt/qt_draw_device.h"
@@ -28,22 +29,6 @@ QMenu* PriceChild::openMenu_ = nullptr;
 
 namespace {
 
-// The tool cursor: a ring with its hot spot in the middle.
-const QCursor& RingCursor() {
-    static const QCursor ring = [] {
-        QPixmap pixmap(32, 32);
-        pixmap.fill(Qt::transparent);
-        QPainter p(&pixmap);
-        p.setRenderHint(QPainter::Antialiasing);
-        p.setPen(QPen(Qt::black, 4));
-        p.drawEllipse(QPointF(15.5, 15.5), 8, 8);
-        p.setPen(QPen(Qt::white, 2));
-        p.drawEllipse(QPointF(15.5, 15.5), 8, 8);
-        return QCursor(pixmap, 15, 15);
-    }();
-    return ring;
-}
-
 // Every tool flag but the highlight region one.
 bool AnyToolButRegion(const ChartMouseState& m) {
     return m.trendTool || m.channelTool || m.gannTool || m.verticalTool || m.horizontalTool ||
@@ -55,31 +40,6 @@ bool AnyTrackingTool(const ChartMouseState& m) {
     return m.trendTool || m.channelTool || m.gannTool || m.verticalTool || m.horizontalTool ||
            m.regionTool || m.moveTrendTool || m.moveChannelTool || m.moveVerticalTool ||
            m.moveHorizontalTool;
-}
-
-void AddItems(QMenu* menu, const std::vector<MenuItem>& items, std::size_t& at,
-              const std::function<void(int)>& run) {
-    while (at < items.size()) {
-        const MenuItem& item = items[at++];
-        if (item.endSubmenu) return;
-        if (item.submenu) {
-            QMenu* sub = menu->addMenu(QString::fromLatin1(item.text));
-            AddItems(sub, items, at, run);
-            continue;
-        }
-        if (!item.text) {
-            menu->addSeparator();
-            continue;
-        }
-        QAction* a = menu->addAction(QString::fromLatin1(item.text));
-        if (item.checked) {
-            a->setCheckable(true);
-            a->setChecked(true);
-        }
-        a->setEnabled(!item.disabled);
-        const int id = item.id;
-        QObject::connect(a, &QAction::triggered, menu, [run, id] { run(id); });
-    }
 }
 
 } // namespace
@@ -309,7 +269,7 @@ void PriceChild::RunMenu(const std::vector<MenuItem>& items, int x, int y) {
     QMenu menu(this);
     std::size_t at = 0;
     Chart* chart = chart_;
-    AddItems(&menu, items, at, [this, chart](int id) { ChartCommand(*this, *chart, id); });
+    AddMenuItems(&menu, items, at, [this, chart](int id) { ChartCommand(*this, *chart, id); });
     openMenu_ = &menu;
     menu.exec(mapToGlobal(QPoint(x, y)));
     openMenu_ = nullptr;
