@@ -24,7 +24,7 @@ namespace velorin {
 QMenu* TwoSeriesChild::openMenu_ = nullptr;
 
 TwoSeriesChild::TwoSeriesChild(Chart* chart, WindowClass windowClass, QWidget* parent)
-    : ChildView(chart, windowClass, parent) {
+    : ChartWindow(chart, windowClass, parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
 }
@@ -43,47 +43,6 @@ void TwoSeriesChild::Deactivated() {
     if (QWidget::mouseGrabber() == this || backing_.isNull()) return;
     backing_ = QImage();
     dirty_ = true;
-}
-
-WindowId TwoSeriesChild::Id() const {
-    return reinterpret_cast<WindowId>(parentWidget() ? parentWidget() : this);
-}
-
-std::string TwoSeriesChild::Caption() const {
-    const QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
-    return (top ? top : this)->windowTitle().toLocal8Bit().toStdString();
-}
-
-void TwoSeriesChild::SetCaption(const std::string& caption) {
-    SetWindowCaption(caption.c_str());
-}
-
-void TwoSeriesChild::SetWindowCaption(const char* caption) {
-    QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
-    const QString text = QString::fromLocal8Bit(caption);
-    if ((top ? top : this)->windowTitle() != text) (top ? top : this)->setWindowTitle(text);
-}
-
-void TwoSeriesChild::Capture(bool on) {
-    if (on)
-        grabMouse();
-    else if (QWidget::mouseGrabber() == this)
-        releaseMouse();
-}
-
-void TwoSeriesChild::SetRingCursor() {
-    savedCursor_ = cursor();
-    setCursor(RingCursor());
-}
-
-void TwoSeriesChild::RestoreCursor() {
-    setCursor(savedCursor_);
-}
-
-void TwoSeriesChild::InvalidateReadout() {
-    readoutDirty_ = true;
-    update(ReadoutRect.left, ReadoutRect.top, ReadoutRect.right - ReadoutRect.left,
-           ReadoutRect.bottom - ReadoutRect.top);
 }
 
 void TwoSeriesChild::RenderAll() {

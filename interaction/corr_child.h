@@ -9,9 +9,8 @@
 #include <functional>
 #include <vector>
 
-#include "interaction/chart_window_port.h"
-#include "interaction/child_view.h"
 #include "interaction/handle_menu.h"
+#include "interaction/window_helpers.h"
 #include "rendering/paint_context.h"
 #include "rendering/scatter_paint.h"
 
@@ -19,7 +18,7 @@ class QMenu;
 
 namespace velorin {
 
-class TwoSeriesChild : public ChildView, public ChartWindowPort {
+class TwoSeriesChild : public ChartWindow {
     Q_OBJECT
   public:
     TwoSeriesChild(Chart* chart, WindowClass windowClass, QWidget* parent);
@@ -28,19 +27,8 @@ class TwoSeriesChild : public ChildView, public ChartWindowPort {
     void Invalidate() override;
     void Deactivated() override;
 
-    // ChartWindowPort
-    WindowId Id() const override;
-    int Right() const override { return width(); }
-    int Bottom() const override { return height(); }
     int LastBarX() const override { return paintMemory_.lastBarX; }
-    std::string Caption() const override;
-    void SetCaption(const std::string& caption) override;
-    void Capture(bool on) override;
-    void SetRingCursor() override;
-    void RestoreCursor() override;
-    void InvalidateReadout() override;
 
-    const QImage& backing() const { return backing_; }
     // The menu open now, if any (tests close it).
     static QMenu* openMenu() { return openMenu_; }
 
@@ -59,11 +47,7 @@ class TwoSeriesChild : public ChildView, public ChartWindowPort {
                  const std::function<void(int)>& run);
     // The right-click menu of the chart's kind.
     void RunChartMenu(int x, int y, const std::function<void(int)>& run);
-    void SetWindowCaption(const char* caption);
 
-    QImage backing_;
-    bool dirty_ = true;
-    bool readoutDirty_ = false;
     PaintMemory paintMemory_;
 
   private:
@@ -71,7 +55,6 @@ class TwoSeriesChild : public ChildView, public ChartWindowPort {
     void MinimiseTooSmall();
     bool IsFrontChild() const;
 
-    QCursor savedCursor_;
     static QMenu* openMenu_;
 };
 

@@ -21,7 +21,7 @@ bool OverlayChild::PaintAll(DrawDevice& device) {
         PaintOverlayChart(device, *chart_, width(), height(), ctx, twoSeriesMouse.highlight.index,
                           twoSeriesMouse.highlight.convert);
     if (lastPaint_.outcome == PaintOutcome::Minimise) return false;
-    SetWindowCaption(lastPaint_.caption);
+    SetCaption(lastPaint_.caption);
     return true;
 }
 

@@ -45,7 +45,7 @@ bool AnyTrackingTool(const ChartMouseState& m) {
 } // namespace
 
 PriceChild::PriceChild(Chart* chart, QWidget* parent)
-    : ChildView(chart, WindowClass::PriceChild, parent) {
+    : ChartWindow(chart, WindowClass::PriceChild, parent) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_NoSystemBackground);
 }
@@ -62,42 +62,6 @@ void PriceChild::Invalidate() {
 
 void PriceChild::Command(int commandId) {
     if (chart_) ChartCommand(*this, *chart_, commandId);
-}
-
-WindowId PriceChild::Id() const {
-    return reinterpret_cast<WindowId>(parentWidget() ? parentWidget() : this);
-}
-
-std::string PriceChild::Caption() const {
-    const QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
-    return (top ? top : this)->windowTitle().toLocal8Bit().toStdString();
-}
-
-void PriceChild::SetCaption(const std::string& caption) {
-    QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
-    (top ? top : this)->setWindowTitle(QString::fromLocal8Bit(caption.c_str()));
-}
-
-void PriceChild::Capture(bool on) {
-    if (on)
-        grabMouse();
-    else if (QWidget::mouseGrabber() == this)
-        releaseMouse();
-}
-
-void PriceChild::SetRingCursor() {
-    savedCursor_ = cursor();
-    setCursor(RingCursor());
-}
-
-void PriceChild::RestoreCursor() {
-    setCursor(savedCursor_);
-}
-
-void PriceChild::InvalidateReadout() {
-    readoutDirty_ = true;
-    update(ReadoutRect.left, ReadoutRect.top, ReadoutRect.right - ReadoutRect.left,
-           ReadoutRect.bottom - ReadoutRect.top);
 }
 
 bool PriceChild::InPlot(int x, int y) const {

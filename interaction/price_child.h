@@ -6,16 +6,15 @@
 #include <QCursor>
 #include <QImage>
 
-#include "interaction/chart_window_port.h"
-#include "interaction/child_view.h"
 #include "interaction/handle_menu.h"
+#include "interaction/window_helpers.h"
 #include "rendering/price_paint.h"
 
 class QMenu;
 
 namespace velorin {
 
-class PriceChild : public ChildView, public ChartWindowPort {
+class PriceChild : public ChartWindow {
     Q_OBJECT
   public:
     explicit PriceChild(Chart* chart, QWidget* parent = nullptr);
@@ -26,18 +25,7 @@ class PriceChild : public ChildView, public ChartWindowPort {
     void Command(int commandId) override;
     void Deactivated() override;
 
-    // ChartWindowPort
-    WindowId Id() const override;
-    int Right() const override { return width(); }
-    int Bottom() const override { return height(); }
     int LastBarX() const override { return lastBarX_; }
-    std::string Caption() const override;
-    void SetCaption(const std::string& caption) override;
-    void Capture(bool on) override;
-    void SetRingCursor() override;
-    void RestoreCursor() override;
-    void InvalidateReadout() override;
-    const QImage& backing() const { return backing_; }
     const PaintResult& lastPaint() const { return lastPaint_; }
     // The menu opened by the last handle click or right click (tests close it).
     static QMenu* openMenu() { return openMenu_; }
@@ -67,13 +55,9 @@ class PriceChild : public ChildView, public ChartWindowPort {
     // converted are ended.
     PaintResult Paint(DrawDevice& device, const PixelRect* clip);
 
-    QImage backing_;
-    bool dirty_ = true;
-    bool readoutDirty_ = false;
     PaintResult lastPaint_;
     PaintMemory paintMemory_; // what the last paint left for the next one
     int lastBarX_ = 0;        // of the last full paint: the mouse code reads it
-    QCursor savedCursor_;
     static QMenu* openMenu_;
 };
 

@@ -1,8 +1,11 @@
 #include "interaction/window_helpers.h"
 
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QPainter>
 #include <QPixmap>
+
+#include "rendering/price_paint.h"
 
 namespace velorin {
 
@@ -19,6 +22,43 @@ const QCursor& RingCursor() {
         return QCursor(pixmap, 15, 15);
     }();
     return ring;
+}
+
+WindowId ChartWindow::Id() const {
+    return reinterpret_cast<WindowId>(parentWidget() ? parentWidget() : this);
+}
+
+std::string ChartWindow::Caption() const {
+    const QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
+    return (top ? top : this)->windowTitle().toLocal8Bit().toStdString();
+}
+
+void ChartWindow::SetCaption(const std::string& caption) {
+    QWidget* top = qobject_cast<QMdiSubWindow*>(parentWidget());
+    const QString text = QString::fromLocal8Bit(caption.c_str());
+    if ((top ? top : this)->windowTitle() != text) (top ? top : this)->setWindowTitle(text);
+}
+
+void ChartWindow::Capture(bool on) {
+    if (on)
+        grabMouse();
+    else if (QWidget::mouseGrabber() == this)
+        releaseMouse();
+}
+
+void ChartWindow::SetRingCursor() {
+    savedCursor_ = cursor();
+    setCursor(RingCursor());
+}
+
+void ChartWindow::RestoreCursor() {
+    setCursor(savedCursor_);
+}
+
+void ChartWindow::InvalidateReadout() {
+    readoutDirty_ = true;
+    update(ReadoutRect.left, ReadoutRect.top, ReadoutRect.right - ReadoutRect.left,
+           ReadoutRect.bottom - ReadoutRect.top);
 }
 
 void AddMenuItems(QMenu* menu, const std::vector<MenuItem>& items, std::size_t& at,
