@@ -1,7 +1,7 @@
 #include "chart_model/chart.h"
 
 #include "market_data/data_source.h"
-#include "market_data/live_feed.h"
+#include "market_data/dde_client.h"
 
 namespace velorin {
 namespace {

@@ -3,12 +3,12 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 
-#include "market_data/data_source.h"
-#include "market_data/live_feed.h"
 #include "base/series.h"
 #include "base/user_seam.h"
+#include "market_data/data_source.h"
+#include "market_data/dde_client.h"
+#include "market_data/source_rows.h"
 
 namespace velorin {
 
@@ -46,20 +46,6 @@ template <std::size_t D> void SetField(char (&destination)[D], const char* text)
 void DisconnectLive() {
     DisconnectConversation(marketData.liveConversation);
     marketData.liveConversation = 0;
-}
-
-bool Usable(double value) {
-    return value != MISSING_VALUE && value != 0.0;
-}
-
-bool RowIsValid(const DataColumns& c, int row, bool full) {
-    if (!full) return Usable(c.close[row]);
-    return Usable(c.open[row]) && Usable(c.close[row]) && Usable(c.volume[row]) &&
-           Usable(c.low[row]) && Usable(c.high[row]);
-}
-
-bool Within(double value, double reference, double band) {
-    return std::fabs(value - reference) < reference * band;
 }
 
 bool StagingReady() {
@@ -116,7 +102,6 @@ int AppendStagedRow(DataSource& source, int kept) {
 
 int ConnectDataSource(bool silent) {
     ConnectionSelection& selection = marketData.selection;
-    const DataColumns& staged = marketData.fetchColumns;
     const bool full = marketData.hasFullColumns != 0;
     int rows = marketData.fetchRowCount;
     if (rows > MaxRows) rows = MaxRows;
@@ -124,10 +109,8 @@ int ConnectDataSource(bool silent) {
     const int slot = marketData.nextSourceSlot;
 
     // 1. The first valid row.
-    int first = 0;
-    while (first < rows && !RowIsValid(staged, first, full))
-        ++first;
-    if (first >= rows) {
+    const int first = FirstValidStagedRow(rows, full);
+    if (first < 0) {
         DisconnectLive();
         InformUnless(silent, "No valid data - Please try again");
         return 0;
@@ -154,42 +137,10 @@ int ConnectDataSource(bool silent) {
     source.resolutionCode = marketData.resolutionCode;
     source.tick = marketData.fetchIsTick;
     source.tickSeconds = TickSeconds(selection.currentTickval);
-    source.lastUpdateTime = static_cast<std::int64_t>(std::time(nullptr));
+    source.lastUpdateTime = LiveNowSeconds();
 
-    // 4. The filter's references.
-    double refLow = staged.low[first];
-    double refHigh = staged.high[first];
-    double refClose = staged.close[first];
-    double refOpen = staged.open[first];
-    const double band = marketData.filterBand;
-
-    // 5. Copy the valid rows that pass the filter.
-    DataColumns& to = *source.columns;
-    int kept = 0;
-    for (int row = first; row < rows; ++row) {
-        if (!RowIsValid(staged, row, full)) continue;
-        if (marketData.filterOn) {
-            bool pass = Within(staged.close[row], refClose, band);
-            if (full) {
-                pass = pass && Within(staged.open[row], refOpen, band) &&
-                       Within(staged.low[row], refLow, band) &&
-                       Within(staged.high[row], refHigh, band);
-            }
-            if (!pass) continue;
-            refLow = staged.low[row];
-            refHigh = staged.high[row];
-            refClose = staged.close[row];
-            refOpen = staged.open[row];
-        }
-        CopyField(to.dateText[kept], sizeof(DateText), staged.dateText[row], sizeof(DateText));
-        to.dateNumber[kept] = staged.dateNumber[row];
-        to.high[kept] = staged.high[row];
-        to.low[kept] = staged.low[row];
-        to.open[kept] = staged.open[row];
-        to.close[kept] = staged.close[row];
-        to.volume[kept] = staged.volume[row] / 1000.0;
-        ++kept;
-    }
+    // 4 and 5. Copy the valid rows that pass the filter.
+    int kept = CopyStagedRows(*source.columns, first, rows, full, marketData.filterOn != 0);
 
     // 6.
     source.refCount = 1;
@@ -204,22 +155,18 @@ int ConnectDataSource(bool silent) {
     // 8. The second conversation, for the live value.
     DisconnectLive();
     SetField(selection.currentTopic, "IDN");
-    const LiveValueResult result =
-        TheLiveFeed().OpenLiveValue();
-    switch (result) {
-    case LiveValueResult::Ok:
+    switch (RequestLiveSnapshot()) {
+    case LiveRequestResult::Ok:
         break;
-    case LiveValueResult::NoConnection:
+    case LiveRequestResult::NoConversation:
         Inform("Data source for IDN not available");
         FreeDataSource(slot);
         return 0;
-    case LiveValueResult::NoData:
-        DisconnectLive();
+    case LiveRequestResult::NoData:
         Inform("Data for IDN not available from server");
         FreeDataSource(slot);
         return 0;
-    case LiveValueResult::ReplyRejected:
-        DisconnectLive();
+    case LiveRequestResult::ReplyRejected:
         FreeDataSource(slot);
         return 0;
     }

@@ -15,8 +15,8 @@ int ConnectDataSource(bool silent = false);
 // --- The live time series -----------------------------------------------
 //
 // A connect to the history topic of the live service opens a second
-// conversation for the live value through TheLiveFeed().OpenLiveValue
-// (market_data/live_feed.h), the one seam to the live feed.
+// conversation for the live value through RequestLiveSnapshot
+// (market_data/dde_client.h) on the topic "IDN".
 
 // True when the selection names the Reuter time series: source
 // "Reuter", "REUTER" or "reuter", topic "TS1" or "ts1", item not beginning

@@ -90,6 +90,8 @@ char TakeField(char* p, bool last, char*& next) {
 
 void ResetDdeFeedState() {
     ddeFeed = DdeFeedState{};
+    ddeFeed.requestTimeoutMs = DdeTimeoutMilliseconds;
+    ddeFeed.fixedNow = -1;
 }
 
 bool IsReuterService(const char* service) {

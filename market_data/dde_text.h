@@ -7,6 +7,7 @@
 #include <cstdint>
 
 #include "market_data/data_source.h"
+#include "market_data/dde_transport.h"
 
 namespace velorin {
 
@@ -24,11 +25,13 @@ struct DdeFeedState {
     char ddeItemText[DdeItemTextSize]; // the item string actually sent
     char liveField[LiveFieldSize];     // fields of the last history request,
                                        // asked again of the live value
+    std::int32_t requestTimeoutMs;     // a request's and an advise start's wait
+    std::int64_t fixedNow;             // seconds the live clock reads; -1: the system's
 };
 
 extern DdeFeedState ddeFeed;
 
-// Start-up values: offset off, both texts empty.
+// Start-up values: offset off, both texts empty, the 60-second wait.
 void ResetDdeFeedState();
 
 // "Reuter", "REUTER" or "reuter".

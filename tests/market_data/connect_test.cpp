@@ -2,6 +2,7 @@
 #include <vector>
 
 #include "tests/market_data/market_data_fixture.h"
+#include "tests/support/scripted_transport.h"
 
 namespace velorin {
 namespace {
@@ -19,24 +20,6 @@ std::vector<Row> Closes(std::initializer_list<double> closes) {
         rows.push_back(Flat(static_cast<double>(rows.size() + 1), close));
     return rows;
 }
-
-// A live feed that records disconnects, opens conversation 4242 and stages
-// the live value in row 0.
-struct FakeFeed final : LiveFeed {
-    std::vector<std::intptr_t> disconnected;
-    LiveValueResult answer = LiveValueResult::Ok;
-    void Disconnect(std::intptr_t conversation) override { disconnected.push_back(conversation); }
-    LiveValueResult OpenLiveValue() override {
-        if (answer != LiveValueResult::NoConnection) marketData.liveConversation = 4242;
-        marketData.liveItem = 77;
-        DataColumns& c = marketData.fetchColumns;
-        std::strcpy(c.dateText[0], "LIVE");
-        c.open[0] = c.high[0] = c.low[0] = c.close[0] = 123.0;
-        c.volume[0] = 5000.0;
-        c.dateNumber[0] = 99999.0;
-        return answer;
-    }
-};
 
 class ConnectTest : public MarketDataTest {
   protected:
@@ -57,7 +40,7 @@ class ConnectTest : public MarketDataTest {
         marketData.hasFullColumns = full ? 1 : 0;
     }
 
-    FakeFeed feed;
+    test_support::ScriptedTransport feed;
 };
 
 // Volumes are stored in thousands; with two columns close alone is tested
@@ -114,12 +97,11 @@ TEST_F(ConnectTest, ValidRowsAndSpikeFilter) {
 
 TEST_F(ConnectTest, FailuresLeaveTheSlotEmpty) {
     const long before = blockAllocator.liveBlocks;
-    InstallLiveFeed(&feed);
     marketData.liveConversation = 321;
     Stage(Closes({0, 0}));
     EXPECT_EQ(ConnectDataSource(), 0);
     ExpectOnlyMessage("No valid data - Please try again");
-    EXPECT_EQ(feed.disconnected, std::vector<std::intptr_t>{321});
+    EXPECT_EQ(feed.calls, std::vector<std::string>{"disconnect 321"});
     EXPECT_EQ(marketData.liveConversation, 0);
 
     Stage(Closes({5, 5}));
@@ -144,34 +126,45 @@ TEST_F(ConnectTest, LiveTimeSeries) {
         SetSelection(source, "ts1", item);
         EXPECT_EQ(SelectionIsReuterTimeSeries(), expected) << source << item;
     }
-    // Failures leave the slot empty and are reported even in a silent run;
-    // without a live feed the live value is not available.
+    // Failures leave the slot empty and are reported even in a silent run.
+    const std::string idn = "IBM.N,[TRADE TIME,LAST]"; // no history asked for fields
+    const std::string live = "23:59\t123\t123\t123\t123\t5000\r\n";
     // clang-format off
-    const struct { LiveFeed* feed; LiveValueResult answer; const char* message;
-                   std::vector<std::intptr_t> disconnects; } failures[] = {
-        {nullptr, LiveValueResult::Ok, "Data source for IDN not available", {}},
-        {&feed, LiveValueResult::NoConnection, "Data source for IDN not available", {17}},
-        {&feed, LiveValueResult::NoData, "Data for IDN not available from server", {17, 4242}},
-        {&feed, LiveValueResult::ReplyRejected, nullptr, {17, 4242}},
+    const struct { const char* refusedTopic; const char* reply; const char* message;
+                   std::vector<std::string> calls; } failures[] = {
+        {"IDN", nullptr, "Data source for IDN not available",
+         {"disconnect 17", "connect Reuter/IDN"}},
+        {nullptr, nullptr, "Data for IDN not available from server",
+         {"disconnect 17", "connect Reuter/IDN", "request 4242 " + idn, "disconnect 4242"}},
+        {nullptr, "#N/A\t1\r\n", nullptr,
+         {"disconnect 17", "connect Reuter/IDN", "request 4242 " + idn, "disconnect 4242"}},
     };
     // clang-format on
     for (const auto& f : failures) {
-        InstallLiveFeed(f.feed);
-        feed.disconnected.clear();
-        feed.answer = f.answer;
+        feed.calls.clear();
+        feed.replies.clear();
+        feed.refusedTopics.clear();
+        if (f.refusedTopic) feed.refusedTopics.insert(f.refusedTopic);
+        if (f.reply) feed.replies[idn] = f.reply;
+        feed.nextConversation = 4242;
         SetSelection("Reuter", "TS1", "IBM.N");
         marketData.liveConversation = 17;
-        Stage(Closes({5, 6, 7})); // the fake feed writes row 0
+        ResetDdeFeedState();
+        Stage(Closes({5, 6, 7}));
         EXPECT_TRUE(ConnectDataSource(true) == 0 && SourceAt(0) == nullptr);
         if (f.message) ExpectOnlyMessage(f.message);
         EXPECT_EQ(seam.MessageCount(), 0u);
-        EXPECT_EQ(feed.disconnected, f.disconnects);
+        EXPECT_EQ(feed.calls, f.calls);
+        EXPECT_EQ(marketData.liveConversation, 0);
     }
     // The live row goes behind the history, its volume in thousands; the
     // selection is restored. On a full source rows 1 on move down one row,
     // all but their dates, and row 0 stays.
-    feed.answer = LiveValueResult::Ok;
+    feed.refusedTopics.clear();
+    feed.replies[idn] = live;
+    feed.nextConversation = 4242;
     SetSelection("Reuter", "TS1", "IBM.N");
+    ResetDdeFeedState();
     std::vector<Row> rows;
     for (int row = 0; row < MaxRows; ++row)
         rows.push_back(Flat(1000.0 + row, row + 1.0));
@@ -179,7 +172,7 @@ TEST_F(ConnectTest, LiveTimeSeries) {
     ASSERT_EQ(ConnectDataSource(true), 1);
     const DataSource& s = *SourceAt(0);
     EXPECT_STREQ(s.source, "REUTER");
-    EXPECT_TRUE(s.rowCount == MaxRows && s.conversation == 4242 && s.adviseItem == 77);
+    EXPECT_TRUE(s.rowCount == MaxRows && s.conversation == 4242 && s.adviseItem != 0);
     EXPECT_STREQ(marketData.selection.currentSource, "Reuter");
     const DataColumns& c = *s.columns;
     for (int row = 0; row < MaxRows - 1; ++row) {
@@ -188,7 +181,7 @@ TEST_F(ConnectTest, LiveTimeSeries) {
         ASSERT_EQ(std::string(c.dateText[row]), "D" + std::to_string(from)) << row;
     }
     const int last = MaxRows - 1; // the live row keeps the date number
-    EXPECT_STREQ(c.dateText[last], "LIVE");
+    EXPECT_STREQ(c.dateText[last], "23:59");
     EXPECT_TRUE(c.close[last] == 123.0 && c.volume[last] == 5.0 &&
                 c.dateNumber[last] == 1000 + last);
 }

@@ -14,7 +14,7 @@
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
-#include "market_data/live_feed.h"
+#include "market_data/dde_text.h"
 #include "tests/support/recording_seam.h"
 #include "tests/support/temp_dir.h"
 
@@ -45,7 +45,6 @@ class MarketDataTest : public ::testing::Test {
         for (int slot = 0; slot < MaxSourceSlots; ++slot)
             FreeDataSource(slot);
         ReleaseStagingBlocks();
-        InstallLiveFeed(nullptr);
         EXPECT_EQ(blockAllocator.liveBlocks, baselineBlocks_) << "blocks left behind";
     }
 

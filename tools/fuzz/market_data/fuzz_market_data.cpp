@@ -14,42 +14,34 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "market_data/block.h"
 #include "market_data/connect.h"
 #include "market_data/data_file.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
-#include "market_data/live_feed.h"
+#include "market_data/dde_text.h"
+#include "market_data/dde_transport.h"
 
 namespace {
 
 using namespace velorin;
 
-LiveValueResult feedAnswer = LiveValueResult::Ok;
+// What the scripted server does with the live value: 0 answers, 1 takes no
+// conversation, 2 gives no data, 3 answers what the parser refuses.
+int feedAnswer = 0;
 
-void FakeDisconnect(std::intptr_t) {}
-
-LiveValueResult FakeOpen();
-
-struct FakeFeed final : LiveFeed {
-    void Disconnect(std::intptr_t conversation) override { FakeDisconnect(conversation); }
-    LiveValueResult OpenLiveValue() override { return FakeOpen(); }
-} fakeFeed;
-
-LiveValueResult FakeOpen() {
-    if (feedAnswer != LiveValueResult::NoConnection) {
-        marketData.liveConversation = 4242;
-        marketData.liveItem = 7;
+struct FakeTransport final : DdeTransport {
+    Conversation Connect(const char*, const char*) override { return feedAnswer == 1 ? 0 : 4242; }
+    bool Request(Conversation, const char*, int, std::string& reply) override {
+        reply = feedAnswer == 3 ? "#N/A\t1\r\n" : "12:00\t1\t1\t1\t1\t1000\r\n";
+        return feedAnswer != 2;
     }
-    if (feedAnswer == LiveValueResult::Ok) {
-        DataColumns& c = marketData.fetchColumns;
-        std::memcpy(c.dateText[0], "LIVE", 5);
-        c.close[0] = c.open[0] = c.high[0] = c.low[0] = 1.0;
-        c.volume[0] = 1000.0;
-    }
-    return feedAnswer;
-}
+    bool AdviseStart(Conversation, const char*, int) override { return true; }
+    void Disconnect(Conversation) override {}
+    void EnableCallback(Conversation, bool) override {}
+} fakeTransport;
 
 bool Initialise() {
     ResetMarketDataState();
@@ -100,7 +92,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     dateRules.dayFirst = (flags & 2) != 0;
     marketData.filterOn = (flags >> 2) & 1;
     const bool batch = (flags >> 3) & 1;
-    InstallLiveFeed(nullptr);
+    InstallDdeTransport(nullptr);
+    ResetDdeFeedState();
     switch ((flags >> 4) & 3) {
     case 0:
         SetSelection("DATAFILE", "/desk/FUZZ.PRC", "FUZZ");
@@ -110,13 +103,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         break; // no feed installed
     case 2:
         SetSelection("REUTER", "ts1", "FUZZ.N");
-        InstallLiveFeed(&fakeFeed);
+        InstallDdeTransport(&fakeTransport);
         break;
     default:
         SetSelection("Excel", "[TickDB]Sheet1", "R1C1:R2000C6");
         break;
     }
-    feedAnswer = static_cast<LiveValueResult>((flags >> 6) & 3);
+    feedAnswer = (flags >> 6) & 3;
     marketData.liveConversation = 0;
     marketData.liveItem = 0;
 
