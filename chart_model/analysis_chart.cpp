@@ -9,6 +9,7 @@
 #include "analysis/moving_averages.h"
 #include "analysis/predictor.h"
 #include "analysis/two_series.h"
+#include "base/format_field.h"
 #include "base/user_seam.h"
 #include "chart_model/desk.h"
 #include "chart_model/price_chart.h"
@@ -111,37 +112,36 @@ void RestoredParameters(Chart& chart, const ChartKindInfo& info, const LayoutRow
     }
 }
 
-// Caption words split at white space, as many as asked; missing ones empty.
-std::vector<std::string> CaptionWords(const char* caption, std::size_t count) {
-    std::vector<std::string> words;
-    const char* p = caption;
-    while (words.size() < count) {
-        p += std::strspn(p, " \t\r\n");
-        if (*p == '\0') break;
-        const std::size_t len = std::strcspn(p, " \t\r\n");
-        words.emplace_back(p, len);
-        p += len;
+// The first four caption words split at white space; missing ones empty.
+// Fixed buffers: a live update retitles its charts without allocating.
+struct CaptionWords {
+    char word[4][sizeof(Chart::windowCaption)] = {};
+    explicit CaptionWords(const char* caption) {
+        const char* p = caption;
+        for (auto& w : word) {
+            p += std::strspn(p, " \t\r\n");
+            if (*p == '\0') break;
+            const std::size_t len = std::strcspn(p, " \t\r\n");
+            std::memcpy(w, p, len < sizeof w ? len : sizeof w - 1);
+            p += len;
+        }
     }
-    words.resize(count);
-    return words;
-}
+};
 
 void RefreshTitle(Chart& chart, const DataSource& source) {
     if (source.tick || chart.rowCount < 1) return;
     const char* first = source.columns->dateText[0];
     const char* last = source.columns->dateText[chart.rowCount - 1];
+    const CaptionWords c(chart.windowCaption);
+    const auto& w = c.word;
     if (source.filtered == 1) {
-        const std::vector<std::string> w = CaptionWords(chart.windowCaption, 4);
-        std::snprintf(chart.chartTitle, sizeof chart.chartTitle, "%s %s - %s", w[2].c_str(), first,
-                      last);
-        std::snprintf(chart.windowCaption, sizeof chart.windowCaption, "%s %s %s %s - %s",
-                      w[0].c_str(), w[1].c_str(), w[2].c_str(), first, last);
+        FormatField(chart.chartTitle, sizeof chart.chartTitle, "%s %s - %s", w[2], first, last);
+        FormatField(chart.windowCaption, sizeof chart.windowCaption, "%s %s %s %s - %s", w[0], w[1],
+                    w[2], first, last);
     } else {
-        const std::vector<std::string> w = CaptionWords(chart.windowCaption, 3);
-        std::snprintf(chart.chartTitle, sizeof chart.chartTitle, "%s %s - %s", w[1].c_str(), first,
-                      last);
-        std::snprintf(chart.windowCaption, sizeof chart.windowCaption, "%s %s %s - %s",
-                      w[0].c_str(), w[1].c_str(), first, last);
+        FormatField(chart.chartTitle, sizeof chart.chartTitle, "%s %s - %s", w[1], first, last);
+        FormatField(chart.windowCaption, sizeof chart.windowCaption, "%s %s %s - %s", w[0], w[1],
+                    first, last);
     }
 }
 
@@ -304,8 +304,12 @@ void RecomputeChart(WindowId window, Chart& chart) {
     const ChartKindInfo* info = KindOf(chart);
     const int minimum = info ? info->recomputeMinimum : -1;
     if (info && info->windowClass == WindowClass::ResView) return; // a levels view is left alone
+    if (info && info->windowClass == WindowClass::DataView)
+        return TheDesk().RefreshDataView(window);
     if (minimum > 0 && chart.rowCount >= minimum) RunChartEngines(chart);
     TheDesk().Invalidate(window);
+    // The Levels Views show the last row's levels, whatever the row count.
+    if (info && info->layout == LayoutFibonacci) TheDesk().UpdateLevelsViews();
 }
 
 void RecomputeAfterPeriodChange(Chart& chart, int selectedCurve) {

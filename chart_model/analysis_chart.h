@@ -21,7 +21,9 @@ int CreateAnalysisChart(const char* kindName, const CreationMode& mode = {});
 void RunChartEngines(Chart& chart);
 
 // After a data change: title and caption brought up to date, the engines
-// run again when the chart has enough rows, and the window repainted.
+// run again when the chart has enough rows, and the window repainted. A
+// Data View is refreshed from its source instead; after a "Fibonacci" chart
+// every Levels View shows its levels anew.
 void RecomputeChart(WindowId window, Chart& chart);
 
 // After an OK of the period dialogs: only the engine that uses the changed

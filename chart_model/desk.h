@@ -26,6 +26,12 @@ struct ChildWindowRequest {
     bool hidden;             // layout restore: shown at the end
 };
 
+// A chart window and its chart.
+struct ChartWindowRef {
+    WindowId window;
+    Chart* chart;
+};
+
 class Desk {
   public:
     virtual ~Desk() = default;
@@ -65,6 +71,22 @@ class Desk {
     virtual void OpenDataView(WindowId window, Chart& chart) { (void)window, (void)chart; }
     virtual void OpenLevelsView(WindowId window, Chart& chart) { (void)window, (void)chart; }
     virtual void ChangeDataSource(WindowId window, Chart& chart) { (void)window, (void)chart; }
+    // The "Reset" command of a Data View: its grid filled again from the source.
+    virtual void ResetDataView(WindowId dataViewWindow) { (void)dataViewWindow; }
+    // A Data View after the rows of its source changed (RecomputeChart).
+    virtual void RefreshDataView(WindowId dataViewWindow) { (void)dataViewWindow; }
+    // Every Levels View of the desk shows its chart's levels anew.
+    virtual void UpdateLevelsViews() {}
+    // The crosshair of a chart on `sourceSlot` stands on `row` (1-based):
+    // the Data Views of that source follow it.
+    virtual void FollowCrosshair(int sourceSlot, int row) { (void)sourceSlot, (void)row; }
+    // The chart windows, top of the Z order first (icon titles are not
+    // windows of their own here), at most `capacity` of them into `out`;
+    // returns how many. Allocates nothing.
+    virtual int ChartWindows(ChartWindowRef* out, int capacity) {
+        (void)out, (void)capacity;
+        return 0;
+    }
 };
 
 // The desk in force. Never null: without an installed desk an empty one

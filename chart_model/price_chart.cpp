@@ -3,9 +3,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/format_field.h"
+#include "base/user_seam.h"
 #include "chart_model/desk.h"
 #include "market_data/data_source.h"
-#include "base/user_seam.h"
 
 namespace velorin {
 
@@ -40,13 +41,6 @@ bool NthPiece(const char* text, const char* separators, int index, char* out, in
     }
 }
 
-// Formats into a fixed record field, cutting what does not fit.
-template <typename... Args>
-void Format(char* out, std::size_t size, const char* format, Args... args) {
-    const int written = std::snprintf(out, size, format, args...);
-    if (written < 0) out[0] = '\0';
-}
-
 void ShowUnless(bool batch, const char* text) {
     if (!batch) Seam().ShowMessage(text, "QDX-Velorin", MessageIcon::Information);
 }
@@ -71,7 +65,8 @@ int CreatePriceChart(const char* kindName, int role, const CreationMode& mode) {
 
     Chart* chart = NewChart(LayoutPlain);
     if (!chart) {
-        ShowUnless(mode.batch(), "Memory Allocation For New Window failed - Please close some windows");
+        ShowUnless(mode.batch(),
+                   "Memory Allocation For New Window failed - Please close some windows");
         FreeDataSource(marketData.nextSourceSlot);
         return 0;
     }
@@ -123,22 +118,30 @@ int CreatePriceChart(const char* kindName, int role, const CreationMode& mode) {
     char name[256];
     InstrumentName(sel.currentTopic, sel.currentItem, name, sizeof name);
     if (std::strncmp(sel.currentSource, "DSN,", 4) == 0) {
-        Format(chart->chartTitle, sizeof chart->chartTitle, tick ? "%s,%s- Tick" : "%s,%s",
-               sel.currentDsn, sel.currentItem);
+        FormatField(chart->chartTitle, sizeof chart->chartTitle, tick ? "%s,%s- Tick" : "%s,%s",
+                    sel.currentDsn, sel.currentItem);
     } else if (tick) {
-        Format(chart->chartTitle, sizeof chart->chartTitle, "%s - Tick", name);
+        FormatField(chart->chartTitle, sizeof chart->chartTitle, "%s - Tick", name);
     } else {
         const char* first = (source && rows > 0) ? source->columns->dateText[0] : "";
         const char* last = (source && rows > 0) ? source->columns->dateText[rows - 1] : "";
-        Format(chart->chartTitle, sizeof chart->chartTitle, "%s %s - %s", name, first, last);
+        FormatField(chart->chartTitle, sizeof chart->chartTitle, "%s %s - %s", name, first, last);
     }
-    Format(chart->windowCaption, sizeof chart->windowCaption,
-           marketData.filterOn ? "Filtered %s %s" : "%s %s", chart->kindName, chart->chartTitle);
+    FormatField(chart->windowCaption, sizeof chart->windowCaption,
+                marketData.filterOn ? "Filtered %s %s" : "%s %s", chart->kindName,
+                chart->chartTitle);
     std::snprintf(chartDefaults.lastChartTitle, sizeof chartDefaults.lastChartTitle, "%s",
                   chart->chartTitle);
 
-    ChildWindowRequest request{chart, WindowClass::PriceChild, chart->windowCaption,
-                               WindowPlacement::SystemDefault, 0, 0, 0, 0, false};
+    ChildWindowRequest request{chart,
+                               WindowClass::PriceChild,
+                               chart->windowCaption,
+                               WindowPlacement::SystemDefault,
+                               0,
+                               0,
+                               0,
+                               0,
+                               false};
     if (mode.restoring()) {
         request.placement = WindowPlacement::Given;
         request.hidden = true;

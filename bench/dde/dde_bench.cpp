@@ -3,9 +3,11 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "chart_model/live_update.h"
 #include "market_data/connect.h"
 #include "market_data/data_source.h"
 #include "market_data/date.h"
+#include "market_data/dde_client.h"
 #include "market_data/dde_text.h"
 
 namespace {
@@ -46,5 +48,30 @@ void BM_AdviseTickParseAndAppend(benchmark::State& state) {
     ReleaseStagingBlocks();
 }
 BENCHMARK(BM_AdviseTickParseAndAppend);
+
+// The whole advise path of one tick: the callback parses it and the row
+// update writes it into a tick source of 1000 rows. The Timer period has not
+// passed, so the pending row is overwritten and no chart is told: the cost
+// of every tick but the one per period that recomputes.
+void BM_AdviseTickThroughCallback(benchmark::State& state) {
+    Prepare();
+    if (!NewDataSource(0)) std::abort();
+    DataSource& source = *SourceAt(0);
+    source.conversation = 7;
+    source.tick = 1;
+    source.rowCount = 1000;
+    source.chartsCurrent = 0;
+    source.tickSeconds = 1 << 30;
+    source.lastUpdateTime = LiveNowSeconds();
+    for (auto _ : state) {
+        if (DdeCallback(DdeTransaction::AdviseData, 7, Tick.data(), Tick.size()) != DdeAcknowledged)
+            state.SkipWithError("not taken in");
+        benchmark::DoNotOptimize(source.columns->close[999]);
+    }
+    if (source.rowCount != 1000) state.SkipWithError("the pending row was not overwritten");
+    FreeDataSource(0);
+    ReleaseStagingBlocks();
+}
+BENCHMARK(BM_AdviseTickThroughCallback);
 
 } // namespace

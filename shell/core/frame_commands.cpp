@@ -5,6 +5,7 @@
 
 #include "base/user_seam.h"
 #include "chart_model/analysis_chart.h"
+#include "chart_model/live_update.h"
 #include "chart_model/price_chart.h"
 #include "chart_model/two_series_chart.h"
 #include "market_data/connect.h"
@@ -19,6 +20,7 @@
 #include "shell/core/button_bar.h"
 #include "shell/core/frame_rules.h"
 #include "shell/core/layout_commands.h"
+#include "shell/core/live_commands.h"
 #include "shell/core/shell_state.h"
 
 namespace velorin {
@@ -33,15 +35,6 @@ bool IsCompanionView(const Chart& chart) {
            std::strcmp(chart.kindName, "Levels View") == 0;
 }
 
-// The chart limit, with its message when reached.
-bool ChartLimitOk() {
-    if (const char* m = ChartLimitMessage(deskRegistry.chartCount, shell.restoringLayout)) {
-        Seam().ShowMessage(m, ChartLimitCaption, MessageIcon::Information);
-        return false;
-    }
-    return true;
-}
-
 // A 0/1 option and its check mark: checked while set, or while clear.
 void Toggle(Frame& frame, int commandId, std::int32_t& flag, bool checkedWhenSet) {
     flag = flag ? 0 : 1;
@@ -49,6 +42,14 @@ void Toggle(Frame& frame, int commandId, std::int32_t& flag, bool checkedWhenSet
 }
 
 } // namespace
+
+bool ChartLimitOk() {
+    if (const char* m = ChartLimitMessage(deskRegistry.chartCount, shell.restoringLayout)) {
+        Seam().ShowMessage(m, ChartLimitCaption, MessageIcon::Information);
+        return false;
+    }
+    return true;
+}
 
 void ConnectDataFile(Frame& frame, const CreationMode& mode) {
     shell.lastConnectOk = 0;
@@ -206,12 +207,14 @@ void FrameTimerTick(int timerId) {
     switch (DueTimerWork(timerId, deskRegistry.chartCount, now)) {
     case TimerWork::None:
         return;
-    case TimerWork::RefreshPendingCharts:
-    case TimerWork::RefetchAllSources: {
-        // The refresh of charts waiting for live data and the refetch of
-        // file and database sources belong to the live data layer, which
-        // does not exist yet: the tick is counted and nothing else happens.
+    case TimerWork::RefreshPendingCharts: {
         WaitCursor wait;
+        RefreshPendingCharts();
+        return;
+    }
+    case TimerWork::RefetchAllSources: {
+        WaitCursor wait;
+        RefetchAllSources();
         return;
     }
     }
@@ -239,8 +242,13 @@ void FrameCommand(Frame& frame, int id) {
         Toggle(frame, id, marketData.filterOn, true);
         break;
     case cmd::RealTime:
-        // Live conversations follow the toggle once the feeds exist.
-        Toggle(frame, id, refreshCycle.realTimeOn, true);
+        ToggleRealTime(frame);
+        break;
+    case cmd::Connect:
+        ConnectLive(frame);
+        break;
+    case cmd::FetchFrequency:
+        FetchFrequencyCommand();
         break;
     case cmd::DataValueDefault:
         Toggle(frame, id, drawingStyle.defaultFreePlaced, false);
@@ -305,7 +313,6 @@ void FrameCommand(Frame& frame, int id) {
             else
                 CreateTwoSeriesChart(kind->kindName);
         }
-        // Connect and the layout commands arrive with their subsystems.
         break;
     }
 }

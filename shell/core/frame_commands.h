@@ -54,6 +54,8 @@ void ConnectDatabase(Frame& frame, const CreationMode& mode = {});
 // The chart a chart command works on, with its window; nullptr (after
 // "Please Select Chart" for a companion view) when there is none.
 Chart* RequireChart(Frame& frame, WindowId* windowOut);
+// The chart limit, with its message when reached (not while restoring).
+bool ChartLimitOk();
 // The gated menu items and buttons follow whether any chart is open.
 void UpdateFrameMenuState(Frame& frame);
 // Every child window closed; no charts, every source slot free.

@@ -12,9 +12,12 @@
 #include "market_data/data_source.h"
 #include "market_data/odbc_feed.h"
 #include "market_data/odbc_state.h"
+#include "market_data/source_dialog.h"
 #include "rendering/palette.h"
 #include "resources/command_ids.h"
+#include "shell/core/live_commands.h"
 #include "shell/core/shell_state.h"
+#include "views/data_view.h"
 
 namespace velorin {
 namespace {
@@ -111,13 +114,12 @@ int MatchingSource(const LayoutRow& row) {
 }
 
 // A row's source connected again the way it was first connected, with no
-// dialog. Live-feed rows stay unconnected: the program has no live feed yet.
+// dialog.
 void ConnectRow(Frame& frame, const LayoutRow& row, const CreationMode& mode) {
     if (std::strcmp(row.source, "DATAFILE") == 0) return ConnectDataFile(frame, mode);
     shell.lastConnectOk = 0;
-    if (std::strncmp(row.source, "DSN,", 4) == 0 &&
-        SplitDatabaseSource(row.source, row.topic, row.item) == 1)
-        ConnectDatabase(frame, mode);
+    if (std::strncmp(row.source, "DSN,", 4) != 0) return ConnectLive(frame, mode);
+    if (SplitDatabaseSource(row.source, row.topic, row.item) == 1) ConnectDatabase(frame, mode);
 }
 
 // The request fields the connection dialogs fill, from a row.
@@ -179,6 +181,14 @@ void ApplySettings() {
     std::memcpy(sqlLists.sqlFieldsList, settings.sqlFieldsList, sizeof sqlLists.sqlFieldsList);
     std::memcpy(sqlLists.sqlWhereList, settings.sqlWhereList, sizeof sqlLists.sqlWhereList);
     std::memcpy(sqlLists.sqlCodesList, settings.sqlCodesList, sizeof sqlLists.sqlCodesList);
+    static_assert(sizeof sourceLists.sourceList == sizeof settings.sourceList &&
+                  sizeof sourceLists.topicList == sizeof settings.topicList &&
+                  sizeof sourceLists.itemList == sizeof settings.itemList &&
+                  sizeof sourceLists.tickvalList == sizeof settings.tickvalList);
+    std::memcpy(sourceLists.sourceList, settings.sourceList, sizeof sourceLists.sourceList);
+    std::memcpy(sourceLists.topicList, settings.topicList, sizeof sourceLists.topicList);
+    std::memcpy(sourceLists.itemList, settings.itemList, sizeof sourceLists.itemList);
+    std::memcpy(sourceLists.tickvalList, settings.tickvalList, sizeof sourceLists.tickvalList);
     refreshCycle.fetchFrequencyMinutes = settings.fetchFrequencyMinutes;
     chartDefaults.defaultResolution = settings.defaultResolution;
 }
@@ -193,6 +203,10 @@ void CollectSettings() {
     CopyList(settings.sqlFieldsList, sqlLists.sqlFieldsList);
     CopyList(settings.sqlWhereList, sqlLists.sqlWhereList);
     CopyList(settings.sqlCodesList, sqlLists.sqlCodesList);
+    CopyList(settings.sourceList, sourceLists.sourceList);
+    CopyList(settings.topicList, sourceLists.topicList);
+    CopyList(settings.itemList, sourceLists.itemList);
+    CopyList(settings.tickvalList, sourceLists.tickvalList);
     settings.fetchFrequencyMinutes = refreshCycle.fetchFrequencyMinutes;
     settings.defaultResolution = chartDefaults.defaultResolution;
     FillFirstRunEntries(settings);
@@ -269,10 +283,12 @@ void RestoreLayout(Frame& frame) {
             if (shell.lastConnectOk == 1 && chartDefaults.batchFirstChart)
                 connectionCharts.push_back(chartDefaults.batchFirstChart);
         }
-        // Data Views have no window to come back in yet.
-        if (shell.lastConnectOk == 1 && row.kindName[0] != '\0' &&
-            std::strcmp(row.kindName, "Data View") != 0)
-            CreateAnalysisChart(row.kindName, mode);
+        if (shell.lastConnectOk == 1 && row.kindName[0] != '\0') {
+            if (std::strcmp(row.kindName, "Data View") == 0)
+                CreateDataView(mode);
+            else
+                CreateAnalysisChart(row.kindName, mode);
+        }
     }
     // The connection charts go, last made first; the restored charts keep
     // their sources by reference.

@@ -15,7 +15,9 @@ void ResetRefreshCycle() {
 }
 
 TimerWork DueTimerWork(int timerId, int chartCount, std::int64_t now) {
-    if (chartCount == 0) return TimerWork::None;
+    // A batch run lets the event loop run while it waits for its GIFs; its
+    // charts are neither refreshed nor refetched under it.
+    if (chartCount == 0 || shell.batchRunning) return TimerWork::None;
     if (timerId == RealTimeTimerId) {
         if (refreshCycle.realTimeOn) return TimerWork::None;
         ++refreshCycle.pendingRefreshRuns;

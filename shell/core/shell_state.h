@@ -9,6 +9,7 @@ namespace velorin {
 struct ShellState {
     std::int32_t restoringLayout; // a layout is being restored: chart creation takes its rows
     std::int32_t batchRunning;    // a Make All batch: chart creation messages are silenced
+    std::int32_t batchCancelled;  // the user cancelled the batch's conversion wait: the run stops
     std::int32_t lastConnectOk;   // the last connection command made its chart
     std::int32_t hintCaptured;    // the button bar holds the mouse for its hint
     char osMinorText[16];
@@ -39,9 +40,9 @@ inline constexpr int RefetchTimerMilliseconds = 60000;
 enum class TimerWork { None, RefreshPendingCharts, RefetchAllSources };
 
 // What one tick of timer `timerId` does at `now` (seconds) with
-// `chartCount` charts open: nothing without charts; timer 1 only while Real
-// Time is off; timer 3 only once the fetch frequency has passed, and then it
-// counts from `now` again.
+// `chartCount` charts open: nothing without charts or during a batch run;
+// timer 1 only while Real Time is off; timer 3 only once the fetch frequency
+// has passed, and then it counts from `now` again.
 TimerWork DueTimerWork(int timerId, int chartCount, std::int64_t now);
 
 } // namespace velorin

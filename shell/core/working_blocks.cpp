@@ -9,6 +9,7 @@
 #include "market_data/date.h"
 #include "market_data/dde_text.h"
 #include "market_data/odbc_state.h"
+#include "market_data/source_dialog.h"
 #include "persistence/settings_file.h"
 #include "rendering/palette.h"
 #include "rendering/style.h"
@@ -38,6 +39,7 @@ void ResetProgramState() {
     ResetDateRules();
     ResetOdbcFeedState();
     ResetDdeFeedState();
+    ResetSourceLists();
     // Chart model: defaults of new charts, the desk registry
     ResetChartDefaults();
     ResetDeskRegistry();

@@ -18,6 +18,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "chart_model/live_update.h"
 #include "interaction/child_view.h"
 #include "interaction/corr_child.h"
 #include "interaction/overlay_child.h"
@@ -29,10 +30,15 @@
 #include "resources/command_ids.h"
 #include "resources/icons.h"
 #include "shell/core/layout_commands.h"
+#include "shell/core/live_commands.h"
 #include "shell/core/shell_state.h"
 #include "shell/qt/button_bar_widget.h"
 #include "shell/qt/dialogs.h"
 #include "shell/qt/help_window.h"
+#include "shell/qt/source_dialog.h"
+#include "views/data_view.h"
+#include "views/levels_view.h"
+#include "views/qt/views_desk.h"
 
 namespace velorin {
 
@@ -135,6 +141,9 @@ class PickWait final : public QObject {
 
 FrameWindow::FrameWindow(QWidget* parent) : QMainWindow(parent) {
     instance_ = this;
+    // Transactions that live-feed servers start come to the program here.
+    SetDdeCallback(&DdeCallback);
+    InstallSourceDialog();
     setWindowTitle(QStringLiteral("QDX-Velorin"));
     setWindowIcon(FrameIcon());
     mdiClient_ = new QMdiArea(this);
@@ -180,6 +189,7 @@ FrameWindow::FrameWindow(QWidget* parent) : QMainWindow(parent) {
 
 FrameWindow::~FrameWindow() {
     DestroyFrame();
+    SetDdeCallback(nullptr);
     InstallDesk(previousDesk_);
     if (instance_ == this) instance_ = nullptr;
     dateRules.rejectFuture = false;
@@ -286,8 +296,11 @@ ButtonState* FrameWindow::ButtonStates() {
     return buttons_.state;
 }
 
-// The saved picture is what the desk shows: the pixels of the MDI area.
-bool FrameWindow::CaptureDesk(Dib& out) { return CaptureWindow(mdiClient_, out); }
+// The saved picture is what the desk shows: the pixels of the MDI area. A
+// batch has no menu to wait for.
+bool FrameWindow::CaptureDesk(Dib& out) {
+    return CaptureWindow(mdiClient_, out, shell.batchRunning == 0);
+}
 
 void FrameWindow::ShowSavingBox(bool shown) {
     if (shown) {
@@ -301,9 +314,13 @@ void FrameWindow::ShowSavingBox(bool shown) {
     }
 }
 
-int FrameWindow::PrintDesk(const char* title) { return PrintWindow(mdiClient_, nullptr, title); }
+int FrameWindow::PrintDesk(const char* title) {
+    return PrintWindow(mdiClient_, nullptr, title);
+}
 
-void FrameWindow::PrinterSetup() { velorin::PrinterSetup(this); }
+void FrameWindow::PrinterSetup() {
+    velorin::PrinterSetup(this);
+}
 
 void FrameWindow::ShowHelpContents() {
     OpenHelpContents(this);
@@ -385,9 +402,39 @@ void FrameWindow::CloseAllChildren() {
 }
 
 void FrameWindow::RepaintAllCharts() {
+    // A Data View takes the palette again; a Levels View keeps its colours.
     for (QMdiSubWindow* sub : mdiClient_->subWindowList()) {
-        if (ChildView* view = ViewOf(sub)) view->Invalidate();
+        ChildView* view = ViewOf(sub);
+        if (!view || view->windowClass() == WindowClass::ResView) continue;
+        if (view->windowClass() == WindowClass::DataView)
+            view->Command(cmd::SheetPalette);
+        else
+            view->Invalidate();
     }
+}
+
+void FrameWindow::OpenDataView(WindowId, Chart&) {
+    CreateDataView();
+}
+
+void FrameWindow::OpenLevelsView(WindowId, Chart&) {
+    CreateLevelsView();
+}
+
+void FrameWindow::ResetDataView(WindowId window) {
+    SendChartCommand(window, cmd::SheetReset);
+}
+
+void FrameWindow::RefreshDataView(WindowId window) {
+    RefreshDataViewWindow(ViewOfWindow(window));
+}
+
+void FrameWindow::UpdateLevelsViews() {
+    UpdateLevelsViewsOnDesk(mdiClient_);
+}
+
+void FrameWindow::FollowCrosshair(int sourceSlot, int row) {
+    FollowCrosshairOnDesk(mdiClient_, sourceSlot, row);
 }
 
 void FrameWindow::Tile(bool horizontal) {
@@ -447,21 +494,30 @@ WindowId FrameWindow::CreateChild(const ChildWindowRequest& request) {
     case WindowClass::OverlayChild:
         view = new OverlayChild(request.chart);
         break;
-    default:
-        return 0; // the other window classes arrive with their charts
+    case WindowClass::DataView:
+    case WindowClass::ResView:
+        view = CreateCompanionWindow(request.chart, request.windowClass);
+        break;
     }
+    if (!view) return 0;
+    const bool companion =
+        view->windowClass() == WindowClass::DataView || view->windowClass() == WindowClass::ResView;
     auto* sub = new QMdiSubWindow;
     sub->setWidget(view);
     sub->setAttribute(Qt::WA_DeleteOnClose);
-    sub->setWindowIcon(GreenIcon());
+    sub->setWindowIcon(companion ? FrameIcon() : GreenIcon());
     sub->setWindowTitle(QString::fromLocal8Bit(request.caption));
     area->addSubWindow(sub);
     switch (request.placement) {
     case WindowPlacement::SystemDefault: {
         // Cascade from the top left, as a new MDI child is placed by default.
         const int n = static_cast<int>(area->subWindowList().size()) - 1;
-        const QSize size(area->width() * 3 / 4, area->height() * 3 / 4);
-        sub->resize(size.expandedTo(QSize(320, 240)));
+        QSize size =
+            QSize(area->width() * 3 / 4, area->height() * 3 / 4).expandedTo(QSize(320, 240));
+        // The companion views ask for their own width, or size.
+        if (request.width > 0) size.setWidth(request.width);
+        if (request.height > 0) size.setHeight(request.height);
+        sub->resize(size);
         sub->move((n % 10) * 24, (n % 10) * 24);
         break;
     }
@@ -486,6 +542,21 @@ std::vector<DeskWindow> FrameWindow::DeskWindows() {
                            r.width(), r.height()});
     }
     return windows;
+}
+
+void FrameWindow::ChangeDataSource(WindowId window, Chart& chart) {
+    ::velorin::ChangeDataSource(*this, window, chart);
+}
+
+int FrameWindow::ChartWindows(ChartWindowRef* out, int capacity) {
+    // Top first: the stacking order lists the bottom window first.
+    const QList<QMdiSubWindow*> subs = mdiClient_->subWindowList(QMdiArea::StackingOrder);
+    int n = 0;
+    for (auto it = subs.crbegin(); it != subs.crend() && n < capacity; ++it) {
+        ChildView* view = ViewOf(*it);
+        if (view && view->chart()) out[n++] = {reinterpret_cast<WindowId>(*it), view->chart()};
+    }
+    return n;
 }
 
 void FrameWindow::DestroyChild(WindowId window) {

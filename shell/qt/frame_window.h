@@ -63,6 +63,14 @@ class FrameWindow final : public QMainWindow, private Frame {
     void Tile(bool horizontal) override;
     void CloseAllChildren() override;
     void MenuStateChanged() override;
+    void OpenDataView(WindowId window, Chart& chart) override;
+    void OpenLevelsView(WindowId window, Chart& chart) override;
+    void ResetDataView(WindowId window) override;
+    void RefreshDataView(WindowId window) override;
+    void UpdateLevelsViews() override;
+    void FollowCrosshair(int sourceSlot, int row) override;
+    int ChartWindows(ChartWindowRef* out, int capacity) override;
+    void ChangeDataSource(WindowId window, Chart& chart) override;
     // Frame
     void SetChecked(int commandId, bool checked) override;
     void Cascade() override;

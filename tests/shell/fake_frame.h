@@ -9,6 +9,7 @@
 
 #include "shell/core/frame_commands.h"
 #include "shell/core/layout_commands.h"
+#include "shell/core/live_commands.h"
 
 namespace velorin::test_support {
 
@@ -71,6 +72,12 @@ class FakeFrame final : public Frame {
     }
     void MenuStateChanged() override { UpdateFrameMenuState(*this); }
     void OpenDataView(WindowId window, Chart&) override { dataViews.push_back(window); }
+    void ResetDataView(WindowId window) override { resetViews.push_back(window); }
+    void RefreshDataView(WindowId window) override { refreshedViews.push_back(window); }
+    void UpdateLevelsViews() override { ++levelsUpdates; }
+    void ChangeDataSource(WindowId window, Chart& chart) override {
+        velorin::ChangeDataSource(*this, window, chart);
+    }
 
     // Frame
     void SetChecked(int id, bool on) override { checked[id] = on; }
@@ -89,6 +96,13 @@ class FakeFrame final : public Frame {
         return windows;
     }
     void DestroyChild(WindowId window) override { Close(window); }
+    // The last made on top.
+    int ChartWindows(ChartWindowRef* out, int capacity) override {
+        int n = 0;
+        for (auto it = children.rbegin(); it != children.rend() && n < capacity; ++it)
+            if (it->chart) out[n++] = {it->id, it->chart};
+        return n;
+    }
     void ShowAbout() override {}
     void SendChartCommand(WindowId window, int id) override { sent.push_back({window, id}); }
     void ShowHelpContents() override {}
@@ -123,12 +137,13 @@ class FakeFrame final : public Frame {
     WindowId active = 0;
     WindowId nextId = 1;
     std::map<int, bool> greyed, checked;
-    std::vector<WindowId> invalidated, dataViews;
+    std::vector<WindowId> invalidated, dataViews, resetViews, refreshedViews;
     std::vector<WindowId> clicks;
     std::vector<std::string> prompts; // the first chart's caption while the user picks
     std::vector<bool> tiles;
     std::vector<std::pair<WindowId, int>> sent;
     int repaintAll = 0;
+    int levelsUpdates = 0;
     bool capturing = false;
     bool destroyed = false;
 
