@@ -6,6 +6,7 @@
 # What goes where (under the prefix):
 #   bin/velorin                                   the program
 #   bin/cnvtogif                                  its GIF conversion script
+#   bin/velorin-feed                              the live feed server (session bus)
 #   share/velorin/help/                           the HTML help, opened by Help > Contents,
 #                                                 with the button pictures in buttons/
 #   share/applications/velorin.desktop            the desktop entry
@@ -61,8 +62,7 @@ endforeach()
 
 # The program.
 install(TARGETS velorin RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-# The feed server, once it is part of the tree, installs beside the program:
-# its target is velorin_feed_server.
+# The live feed server velorin-feed installs beside the program.
 if(TARGET velorin_feed_server)
   install(TARGETS velorin_feed_server RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
@@ -105,7 +105,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION misc)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "qt6-qpa-plugins, fonts-liberation2")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "hicolor-icon-theme")
+# velorin-feed and the live feed need the desktop's session bus.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "hicolor-icon-theme, default-dbus-session-bus | dbus-session-bus")
 # The database feed talks to the ODBC driver manager; the drivers are the user's choice.
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "unixodbc")
 include(CPack)

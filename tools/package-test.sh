@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the Debian package, unpacks it into a scratch root with `dpkg -x`
 # and checks what it installs: the program and the libraries it needs, the
-# help, the desktop entry (desktop-file-validate) and the icons.
+# help, the desktop entry (desktop-file-validate), the icons and the live
+# feed server.
 # Usage: tools/package-test.sh [build-dir]   (default: build-package; an
 # existing build folder is reused as it is configured)
 set -euo pipefail
@@ -43,7 +44,10 @@ depends_on() { dpkg-deb -f "$deb" Depends | tr ',' '\n' | sed 's/^ *//; s/ .*//'
 usr=$scratch/usr
 check "the program is installed and executable" test -x "$usr/bin/velorin"
 check "every library of the program is found" no_missing_libraries "$usr/bin/velorin"
-for pkg in libqt6widgets6 libqt6gui6 libqt6core6 libqt6svg6 qt6-qpa-plugins fonts-liberation2; do
+check "the feed server is installed and executable" test -x "$usr/bin/velorin-feed"
+check "every library of the feed server is found" no_missing_libraries "$usr/bin/velorin-feed"
+check "the feed server starts and tells its options" "$usr/bin/velorin-feed" --help
+for pkg in libqt6widgets6 libqt6gui6 libqt6core6 libqt6dbus6 libqt6svg6 qt6-qpa-plugins fonts-liberation2; do
   check "the package depends on $pkg" depends_on "$pkg"
 done
 

@@ -14,9 +14,11 @@
 
 #include "base/user_seam.h"
 #include "market_data/date.h"
+#include "market_data/dbus/dde_bus_transport.h"
 #include "shell/core/layout_commands.h"
 #include "shell/core/shell_state.h"
 #include "shell/core/working_blocks.h"
+#include "shell/qt/conversion_wait.h"
 #include "shell/qt/database_dialog.h"
 #include "shell/qt/dialogs.h"
 #include "shell/qt/frame_window.h"
@@ -99,9 +101,15 @@ int RunApplication(int argc, char** argv, const StartOptions& options) {
     // program's own values are written at exit.
     ReadSettingsAtStart();
 
+    // Live feeds come over the session bus; without one every connect is
+    // refused and the rest of the program works as before.
+    DdeBusTransport liveFeed;
+    InstallDdeTransport(&liveFeed);
+
     int code = 0;
     {
         FrameWindow frame;
+        ConversionWait conversionWait(&frame); // the Make All run's wait for its GIFs
         QObject::connect(&server, &QLocalServer::newConnection, &frame, [&server, &frame] {
             while (QLocalSocket* peer = server.nextPendingConnection()) {
                 QObject::connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
@@ -123,6 +131,7 @@ int RunApplication(int argc, char** argv, const StartOptions& options) {
         frame.showMaximized();
         code = QApplication::exec();
     }
+    InstallDdeTransport(nullptr);
     InstallSeam(nullptr);
     FreeWorkingBlocks();
     return code;
