@@ -42,6 +42,9 @@ struct ValuesDialog {
     std::string name;
     std::string title;
     std::vector<std::pair<std::string, std::string>> rows; // label, value text
+    // When given, one per row: the name of the coloured icon that keys the
+    // value in place of its label ("YELLOW", "GREEN", ...).
+    std::vector<std::string> icons;
 };
 
 class UserSeam {

@@ -278,8 +278,10 @@ int RunFracDialog(Chart& chart) {
 
 // A chart without its Fibonacci blocks has no levels to show. A source that
 // is gone (or empty) shows every level as MISSING_VALUE.
-void ShowFibonacciDialog(const Chart& chart) {
-    if (chart.fibonacciExtra == nullptr || chart.modelSeries == nullptr) return;
+std::array<double, 12> ChartFibonacciLevels(const Chart& chart) {
+    static_assert(FibonacciLevelCount == 12);
+    if (chart.fibonacciExtra == nullptr || chart.modelSeries == nullptr)
+        return ComputeFibonacciLevels(nullptr, nullptr, nullptr, nullptr, 0.0, 0);
     const FibonacciExtra& extra = *chart.fibonacciExtra;
     const double* lines[FibonacciLineCount];
     bool complete = extra.upperEnvelope != nullptr && extra.lowerEnvelope != nullptr;
@@ -295,15 +297,26 @@ void ShowFibonacciDialog(const Chart& chart) {
         n = std::clamp<std::int32_t>(source->rowCount, 0, MaxRows);
         close = source->columns->close;
     }
-    const std::array<double, FibonacciLevelCount> levels = ComputeFibonacciLevels(
-        close, lines, extra.upperEnvelope, extra.lowerEnvelope, extra.priceStdev, n);
+    return ComputeFibonacciLevels(close, lines, extra.upperEnvelope, extra.lowerEnvelope,
+                                  extra.priceStdev, n);
+}
 
+void ShowFibonacciDialog(const Chart& chart) {
+    if (chart.fibonacciExtra == nullptr || chart.modelSeries == nullptr) return;
+    const std::array<double, FibonacciLevelCount> levels = ChartFibonacciLevels(chart);
+    // The keys: the envelope levels yellow, the seven averages each in a
+    // colour of its own, the price white.
+    static constexpr const char* icons[FibonacciLevelCount] = {
+        "YELLOW", "YELLOW", "GREEN",   "BLUE",   "RED",    "UNI",
+        "VIOLET", "GRAY",   "DYELLOW", "YELLOW", "YELLOW", "WHITE"};
     ValuesDialog dialog;
     dialog.name = "FIBONACCI";
     dialog.title = "Fibonacci";
-    for (int i = 0; i < FibonacciLevelCount; ++i)
+    for (int i = 0; i < FibonacciLevelCount; ++i) {
         dialog.rows.emplace_back(FibonacciLevelNames[static_cast<std::size_t>(i)],
                                  FormatFixed(levels[static_cast<std::size_t>(i)], 6, 0));
+        dialog.icons.emplace_back(icons[i]);
+    }
     Seam().ShowValuesDialog(dialog);
 }
 

@@ -3,6 +3,8 @@
 // "Price Scale", and the read-only "Fibonacci" levels. They only write into
 // the chart record; the caller recomputes after OK.
 
+#include <array>
+
 #include "chart_model/chart.h"
 
 namespace velorin {
@@ -13,7 +15,12 @@ int RunPeriodDialog(Chart& chart, int selectedCurve);
 int RunPeriodThreeDialog(Chart& chart);
 int RunFracDialog(Chart& chart);
 
-// The twelve levels of the source's last row, until OK.
+// The twelve Fibonacci levels of a "Fibonacci" chart at the source's last
+// row, in the order of FibonacciLevel; all MISSING_VALUE for a chart
+// without its results.
+std::array<double, 12> ChartFibonacciLevels(const Chart& chart);
+
+// The twelve levels, each keyed by a coloured icon, until OK.
 void ShowFibonacciDialog(const Chart& chart);
 
 } // namespace velorin

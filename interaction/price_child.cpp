@@ -111,14 +111,19 @@ void PriceChild::MinimiseTooSmall() {
 
 void PriceChild::paintEvent(QPaintEvent* event) {
     if (!chart_) return;
+    int readoutRow = -1;
     if (dirty_ || backing_.size() != size()) {
         RenderAll();
+        readoutRow = lastPaint_.readoutRow;
     } else if (readoutDirty_) {
         // The readout alone: the paint runs whole, clipped to its rectangle.
         QtDrawDevice device(backing_);
-        Paint(device, &ReadoutRect);
+        readoutRow = Paint(device, &ReadoutRect).readoutRow;
         readoutDirty_ = false;
     }
+    // The Data Views of the source follow the date under the crosshair.
+    if (readoutRow >= 0 && !ReadsPairRows(chart_->kindName))
+        TheDesk().FollowCrosshair(chart_->sourceSlot, readoutRow + 1);
     QPainter painter(this);
     const QRect r = event->rect();
     painter.drawImage(r, backing_, r);

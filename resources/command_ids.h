@@ -169,6 +169,18 @@ inline constexpr int ChannelDataValue = 20538;
 inline constexpr int CloneTrend = 20539;
 inline constexpr int ToggleGrid = 20701;
 
+// The Data View's own commands; 30110 re-applies the palette to its grid.
+inline constexpr int SheetUpdate = 30101;
+inline constexpr int SheetReset = 30102;
+inline constexpr int SheetBackground = 30103;
+inline constexpr int SheetForeground = 30104;
+inline constexpr int ColHeadingBackground = 30105;
+inline constexpr int ColHeadingForeground = 30106;
+inline constexpr int RowHeadingBackground = 30107;
+inline constexpr int RowHeadingForeground = 30108;
+inline constexpr int SheetDelete = 30109;
+inline constexpr int SheetPalette = 30110;
+
 // Dialog fields with an id.
 inline constexpr int PeriodField = 20201;
 inline constexpr int ShortTermField = 20215;

@@ -45,4 +45,20 @@ QIcon YellowIcon() {
     return ChartIcon(QColor(0x10, 0x10, 0x10), QColor(0xf0, 0xd0, 0x30));
 }
 
+QIcon KeyIcon(const char* name) {
+    static const struct {
+        const char* name;
+        QColor bars;
+    } keys[] = {{"BLUE", QColor(0x40, 0x70, 0xe8)},    {"UNI", QColor(0x30, 0xc8, 0xd0)},
+                {"VIOLET", QColor(0xa0, 0x50, 0xe0)},  {"GRAY", QColor(0x9a, 0x9a, 0x9a)},
+                {"DYELLOW", QColor(0xb0, 0x90, 0x10)}, {"WHITE", QColor(0xf4, 0xf4, 0xf4)}};
+    const QLatin1StringView key(name ? name : "");
+    if (key == QLatin1StringView("YELLOW")) return YellowIcon();
+    if (key == QLatin1StringView("GREEN")) return GreenIcon();
+    if (key == QLatin1StringView("RED")) return RedIcon();
+    for (const auto& k : keys)
+        if (key == QLatin1StringView(k.name)) return ChartIcon(QColor(0x10, 0x10, 0x10), k.bars);
+    return {};
+}
+
 } // namespace velorin

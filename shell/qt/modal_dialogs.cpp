@@ -109,7 +109,17 @@ void ExecValuesDialog(const ValuesDialog& dialog, QWidget* parent) {
     auto* grid = new QGridLayout;
     int row = 0;
     for (const auto& [label, value] : dialog.rows) {
-        grid->addWidget(new QLabel(FromLocal(label), &box), row, 0);
+        // A keyed value has its coloured icon in place of the label.
+        const std::size_t at = static_cast<std::size_t>(row);
+        const QIcon key = at < dialog.icons.size() ? KeyIcon(dialog.icons[at].c_str()) : QIcon();
+        auto* name = new QLabel(&box);
+        if (key.isNull()) {
+            name->setText(FromLocal(label));
+        } else {
+            name->setPixmap(key.pixmap(16, 16));
+            name->setToolTip(FromLocal(label));
+        }
+        grid->addWidget(name, row, 0);
         auto* field = new QLineEdit(FromLocal(value), &box);
         field->setReadOnly(true);
         field->setAlignment(Qt::AlignRight);
