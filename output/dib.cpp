@@ -50,13 +50,16 @@ std::uint32_t DibImageSize(const Dib& dib) {
     return static_cast<std::uint32_t>(DibRowBytes(dib.width, dib.bitCount) * rows);
 }
 
-std::vector<std::uint8_t> DibFileBytes(const Dib& dib) {
-    std::vector<std::uint8_t> out;
-    if (dib.headerSize != 40 || !HoldsWhatHeaderStates(dib)) return out;
+namespace {
+
+// The file header, the 40-byte header and the colour table: all the file
+// holds before its pixels. The caller has checked the block.
+std::vector<std::uint8_t> FileHead(const Dib& dib) {
     const std::uint32_t table = DibColourTableSize(dib);
     const std::uint32_t image = DibImageSize(dib);
     const std::uint32_t offset = 14 + 40 + table;
-    out.reserve(offset + image);
+    std::vector<std::uint8_t> out;
+    out.reserve(offset);
     out.push_back('B');
     out.push_back('M');
     Put32(out, offset + image);
@@ -75,7 +78,15 @@ std::vector<std::uint8_t> DibFileBytes(const Dib& dib) {
     Put32(out, dib.clrUsed);
     Put32(out, dib.clrImportant);
     out.insert(out.end(), dib.colours.begin(), dib.colours.begin() + table);
-    out.insert(out.end(), dib.bits.begin(), dib.bits.begin() + image);
+    return out;
+}
+
+} // namespace
+
+std::vector<std::uint8_t> DibFileBytes(const Dib& dib) {
+    if (dib.headerSize != 40 || !HoldsWhatHeaderStates(dib)) return {};
+    std::vector<std::uint8_t> out = FileHead(dib);
+    out.insert(out.end(), dib.bits.begin(), dib.bits.begin() + DibImageSize(dib));
     return out;
 }
 
@@ -91,10 +102,14 @@ int WriteDib(const Dib* dib, const std::string& path) {
         std::fclose(file);
         return DibNotLockable;
     }
-    const std::vector<std::uint8_t> bytes = DibFileBytes(*dib);
-    const std::size_t written = std::fwrite(bytes.data(), 1, bytes.size(), file);
+    // The head, then the pixels straight from the block: a picture of the
+    // desk is megabytes, and is not copied once more to be written.
+    const std::vector<std::uint8_t> head = FileHead(*dib);
+    const std::size_t image = DibImageSize(*dib);
+    const bool written = std::fwrite(head.data(), 1, head.size(), file) == head.size() &&
+                         std::fwrite(dib->bits.data(), 1, image, file) == image;
     const bool closed = std::fclose(file) == 0;
-    return written == bytes.size() && closed ? DibWritten : DibNotWritten;
+    return written && closed ? DibWritten : DibNotWritten;
 }
 
 } // namespace velorin

@@ -11,5 +11,8 @@ apt-get install -y -qq --no-install-recommends \
   libqcustomplot-dev libqcustomplot2.1-qt6 \
   fonts-liberation2 \
   librsvg2-bin desktop-file-utils \
-  xvfb xauth x11-utils imagemagick xdotool >/dev/null
+  xvfb xauth x11-utils imagemagick xdotool \
+  cups printer-driver-cups-pdf poppler-utils >/dev/null
+# The session bus of the live feed, and python-dbus for its interoperability test.
+apt-get install -y -qq --no-install-recommends dbus dbus-daemon python3-dbus python3-gi >/dev/null
 apt-get install -y -qq --no-install-recommends unixodbc unixodbc-dev odbcinst libsqliteodbc libsqlite3-dev postgresql odbc-postgresql >/dev/null

@@ -9,6 +9,7 @@ cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo
 cmake --build build -j2
 ctest --test-dir build --output-on-failure --schedule-random -j2
 bash tools/package-test.sh build
+bash tools/test-print-queue.sh build
 bash tools/odbc/test-odbc-drivers.sh build
 cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DVELORIN_SANITIZE=ON \
   -DVELORIN_BUILD_GUI=OFF -DVELORIN_BUILD_BENCH=OFF

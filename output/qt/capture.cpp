@@ -10,11 +10,13 @@
 #include <QVBoxLayout>
 #include <QWidget>
 
+#include <cstring>
+
 #include "output/chart_image.h"
 
 namespace velorin {
 
-QImage CaptureWindowImage(QWidget* widget) {
+QImage CaptureWindowImage(QWidget* widget, bool settle) {
     if (widget == nullptr || !widget->isVisible() || widget->window()->isMinimized()) return {};
     QScreen* screen = widget->screen();
     if (screen == nullptr) return {};
@@ -27,11 +29,18 @@ QImage CaptureWindowImage(QWidget* widget) {
     QImage image;
     const QString platform = QGuiApplication::platformName();
     if (platform != QLatin1String("offscreen") && platform != QLatin1String("minimal")) {
-        // A menu that sent the command may still cover the desk: let it go
-        // and the desk repaint what it uncovered before the pixels are read.
-        QEventLoop settle;
-        QTimer::singleShot(150, &settle, &QEventLoop::quit);
-        settle.exec(QEventLoop::ExcludeUserInputEvents);
+        if (settle) {
+            // A menu that sent the command may still cover the desk: let it
+            // go and the desk repaint what it uncovered before the pixels
+            // are read.
+            QEventLoop wait;
+            QTimer::singleShot(150, &wait, &QEventLoop::quit);
+            wait.exec(QEventLoop::ExcludeUserInputEvents);
+        } else {
+            // Painted and sent to the screen now, over whatever a box that
+            // has just gone left behind.
+            widget->repaint();
+        }
         image = screen->grabWindow(0, rect.left, rect.top, rect.Width(), rect.Height()).toImage();
     }
     if (image.isNull() || image.width() != rect.Width() || image.height() != rect.Height()) {
@@ -41,30 +50,28 @@ QImage CaptureWindowImage(QWidget* widget) {
     return image;
 }
 
-bool CaptureWindow(QWidget* widget, Dib& out) {
-    const QImage image = CaptureWindowImage(widget);
+bool CaptureWindow(QWidget* widget, Dib& out, bool settle) {
+    const QImage image = CaptureWindowImage(widget, settle);
     if (image.isNull() || image.width() == 0 || image.height() == 0) return false;
     out = ImageToDib(image);
     return true;
 }
 
+// A 24-bit DIB row holds blue, green, red: the byte order of
+// Format_BGR888, so each row is copied whole, bottom row first.
 Dib ImageToDib(const QImage& image) {
-    const QImage rgb = image.convertToFormat(QImage::Format_RGB888);
+    const QImage bgr = image.convertToFormat(QImage::Format_BGR888);
     Dib dib;
-    dib.width = rgb.width();
-    dib.height = rgb.height();
+    dib.width = bgr.width();
+    dib.height = bgr.height();
     dib.bitCount = 24;
-    const std::uint32_t rowBytes = DibRowBytes(dib.width, dib.bitCount);
-    dib.bits.assign(static_cast<std::size_t>(rowBytes) * dib.height, 0);
-    for (int y = 0; y < dib.height; ++y) {
-        const uchar* in = rgb.constScanLine(y);
-        std::uint8_t* row =
-            dib.bits.data() + static_cast<std::size_t>(dib.height - 1 - y) * rowBytes;
-        for (int x = 0; x < dib.width; ++x) {
-            row[3 * x] = in[3 * x + 2];
-            row[3 * x + 1] = in[3 * x + 1];
-            row[3 * x + 2] = in[3 * x];
-        }
+    const std::size_t pixels = static_cast<std::size_t>(dib.width) * 3;
+    const std::size_t padding = DibRowBytes(dib.width, dib.bitCount) - pixels;
+    dib.bits.reserve((pixels + padding) * dib.height);
+    for (int y = dib.height - 1; y >= 0; --y) {
+        const uchar* row = bgr.constScanLine(y);
+        dib.bits.insert(dib.bits.end(), row, row + pixels);
+        dib.bits.insert(dib.bits.end(), padding, 0);
     }
     return dib;
 }
@@ -73,18 +80,12 @@ QImage DibToImage(const Dib& dib) {
     if (dib.headerSize != 40 || dib.bitCount != 24 || dib.compression != BI_RGB || dib.width <= 0 ||
         dib.height <= 0 || dib.bits.size() < DibImageSize(dib))
         return {};
-    QImage image(dib.width, dib.height, QImage::Format_RGB888);
+    QImage image(dib.width, dib.height, QImage::Format_BGR888);
     const std::uint32_t rowBytes = DibRowBytes(dib.width, dib.bitCount);
-    for (int y = 0; y < dib.height; ++y) {
-        const std::uint8_t* row =
-            dib.bits.data() + static_cast<std::size_t>(dib.height - 1 - y) * rowBytes;
-        uchar* out = image.scanLine(y);
-        for (int x = 0; x < dib.width; ++x) {
-            out[3 * x] = row[3 * x + 2];
-            out[3 * x + 1] = row[3 * x + 1];
-            out[3 * x + 2] = row[3 * x];
-        }
-    }
+    for (int y = 0; y < dib.height; ++y)
+        std::memcpy(image.scanLine(y),
+                    dib.bits.data() + static_cast<std::size_t>(dib.height - 1 - y) * rowBytes,
+                    static_cast<std::size_t>(dib.width) * 3);
     return image;
 }
 

@@ -14,10 +14,12 @@ namespace velorin {
 // What `widget` shows, cut to its screen: read from the screen where the
 // platform lets a program read it (anything lying on top is in the picture
 // too), else the widget drawn into an image. Null when the widget is hidden
-// or minimised, or nothing of it is on the screen.
-QImage CaptureWindowImage(QWidget* widget);
+// or minimised, or nothing of it is on the screen. With `settle`, a menu
+// that sent the command is given time to go first; without, the widget is
+// repainted at once and read (a batch, where no menu is open).
+QImage CaptureWindowImage(QWidget* widget, bool settle = true);
 // The same as a 24-bit DIB with no colour table; false for no picture.
-bool CaptureWindow(QWidget* widget, Dib& out);
+bool CaptureWindow(QWidget* widget, Dib& out, bool settle = true);
 
 // A picture as a 24-bit DIB: blue, green, red per pixel, rows bottom-up.
 Dib ImageToDib(const QImage& image);

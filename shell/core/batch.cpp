@@ -127,6 +127,13 @@ void Convert(const char* folder, const char* prefix) {
     WaitAndClean(folder);
 }
 
+// The next row of a run's list, unless the user has cancelled the run.
+bool NextListRow(char* code, int size, short& fetched) {
+    if (shell.batchCancelled) return false;
+    fetched = FetchListRow(code, size);
+    return fetched == OdbcSuccess || fetched == OdbcSuccessWithInfo;
+}
+
 // One instrument: its line price chart, then the chain, every chart filling
 // the desk on top of the last. A chart that cannot be made is left out; a
 // save that fails ends the chain (the first one ends the instrument).
@@ -200,8 +207,10 @@ void BitmapConverter::Start(const std::string& command) {
     [[maybe_unused]] const int handedOver = std::system((command + " >/dev/null 2>&1 &").c_str());
 }
 
-void BitmapConverter::Pause() {
-    std::this_thread::sleep_for(std::chrono::milliseconds(5000));
+bool BitmapConverter::Pause() {
+    for (int waited = 0; waited < 5000 && !fs::exists(LogPath()); waited += 100)
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    return true;
 }
 
 BitmapConverter& TheBitmapConverter() {
@@ -235,13 +244,22 @@ void ConvertBitmaps(const char* folder, const char* prefix) {
     TheBitmapConverter().Start(ConversionCommand(folder, prefix));
 }
 
-void WaitAndClean(const char* folder) {
-    // No time-out: a tool that never writes its log holds the run here.
-    while (!std::ifstream(TheBitmapConverter().LogPath()).is_open())
-        TheBitmapConverter().Pause();
+bool WaitAndClean(const char* folder) {
+    // No time-out: a tool that never writes its log holds the run here
+    // until the user gives the wait up.
+    BitmapConverter& tool = TheBitmapConverter();
+    bool logged = false;
+    while (!(logged = std::ifstream(tool.LogPath()).is_open()) && tool.Pause()) {
+    }
+    tool.WaitEnded();
+    if (!logged) {
+        shell.batchCancelled = 1;
+        return false;
+    }
     std::error_code ec;
     for (const fs::directory_entry& entry : fs::directory_iterator(folder, ec))
         if (entry.path().extension() == ".bmp") fs::remove(entry.path(), ec);
+    return true;
 }
 
 int BatchSingles(Frame& frame, const char* listStatement, const char* dataStatement,
@@ -250,10 +268,8 @@ int BatchSingles(Frame& frame, const char* listStatement, const char* dataStatem
     if (!OpenList(listStatement, code, sizeof code)) return -1;
     SetDatabaseSourceIdentity(); // item: each code in turn
     short fetched = OdbcSuccess;
-    while ((fetched = FetchListRow(code, sizeof code)) != OdbcNoData) {
-        if (fetched != OdbcSuccess && fetched != OdbcSuccessWithInfo) break;
+    while (NextListRow(code, sizeof code, fetched))
         RunSingle(frame, dataStatement, code, folder);
-    }
     RestoreSelection();
     frame.CloseAllChildren();
     return fetched;
@@ -265,10 +281,8 @@ int BatchPairs(Frame& frame, const char* listStatement, const char* dataStatemen
     if (!OpenList(listStatement, row, sizeof row)) return -1;
     SetDatabaseSourceIdentity(); // item: each code in turn
     short fetched = OdbcSuccess;
-    while ((fetched = FetchListRow(row, sizeof row)) != OdbcNoData) {
-        if (fetched != OdbcSuccess && fetched != OdbcSuccessWithInfo) break;
+    while (NextListRow(row, sizeof row, fetched))
         RunPair(frame, dataStatement, row, folder);
-    }
     RestoreSelection();
     frame.CloseAllChildren();
     return fetched;
@@ -276,18 +290,24 @@ int BatchPairs(Frame& frame, const char* listStatement, const char* dataStatemen
 
 void RunDatabaseBatch(Frame& frame) {
     shell.batchRunning = 1;
+    shell.batchCancelled = 0;
     const ChartDefaults styles = chartDefaults;
     char dataStatement[StatementTextSize];
     BuildStatementText(dataStatement);
     const char* where = marketData.selection.currentSqlWhere;
-    const char* folder = settings.batchFolder;
-    char list[StatementTextSize];
-    std::snprintf(list, sizeof list, "SELECT distinct %s FROM %s", where, settings.batchTable1);
-    BatchSingles(frame, list, dataStatement, folder);
-    std::snprintf(list, sizeof list, "SELECT distinct %s FROM %s", where, settings.batchTable2);
-    BatchSingles(frame, list, dataStatement, folder);
-    std::snprintf(list, sizeof list, "SELECT distinct %s FROM %s", where, settings.batchPairTable);
-    BatchPairs(frame, list, dataStatement, folder);
+    // No folder named yet (a first run writes its "." only at exit): the
+    // working directory, never the root of the file system.
+    const char* folder = settings.batchFolder[0] ? settings.batchFolder : ".";
+    const char* tables[] = {settings.batchTable1, settings.batchTable2, settings.batchPairTable};
+    for (const char* table : tables) {
+        if (shell.batchCancelled) break; // a cancelled wait ends the whole run
+        char list[StatementTextSize];
+        std::snprintf(list, sizeof list, "SELECT distinct %s FROM %s", where, table);
+        if (table == settings.batchPairTable)
+            BatchPairs(frame, list, dataStatement, folder);
+        else
+            BatchSingles(frame, list, dataStatement, folder);
+    }
     // The user's chart styles come back once the run has used its own.
     chartDefaults.defaultShowLine = styles.defaultShowLine;
     chartDefaults.defaultShowBar = styles.defaultShowBar;

@@ -21,8 +21,11 @@ class BitmapConverter {
     virtual void Start(const std::string& command);
     // Where the tool writes its log when finished: the working directory.
     virtual std::string LogPath() const { return "cnvtogif.log"; }
-    // One wait between two looks for the log: 5 seconds.
-    virtual void Pause();
+    // One wait between two looks for the log: up to 5 seconds, over as soon
+    // as the log is there. False when the user has given up the wait.
+    virtual bool Pause();
+    // The wait is over: the log came, or the user gave it up.
+    virtual void WaitEnded() {}
 };
 
 // The converter in force; never null.
@@ -45,8 +48,10 @@ std::string ConversionCommand(const char* folder, const char* prefix);
 // Deletes the old log and starts the tool on the folder's bitmaps.
 void ConvertBitmaps(const char* folder, const char* prefix);
 // Waits for the tool's log, with no time-out, then deletes every .bmp of the
-// folder, those of other instruments too.
-void WaitAndClean(const char* folder);
+// folder, those of other instruments too, and returns true. When the
+// converter gives up the wait (the user cancelled) the bitmaps stay where
+// they are, `shell.batchCancelled` is set, and the result is false.
+bool WaitAndClean(const char* folder);
 
 // One run over the codes that `listStatement` lists, each read with
 // `dataStatement` (its code as parameter one). Needs an open connection;
@@ -61,7 +66,9 @@ int BatchPairs(Frame& frame, const char* listStatement, const char* dataStatemen
 // The run of "Save All": the two tables of single instruments and the pair
 // table of the settings, each listed by the selection's where field, with
 // messages held back. Needs an open connection and the statement built for
-// the dialog's result. Leaves every chart closed.
+// the dialog's result. Leaves every chart closed. A cancelled conversion
+// wait ends the run after the instrument in hand, with the selection and the
+// chart styles restored as at the end of a whole run.
 void RunDatabaseBatch(Frame& frame);
 
 } // namespace velorin

@@ -91,8 +91,8 @@ class DatabaseDialog final : public QDialog {
         auto* cancel = Button("Cancel", 2);
         auto* open = Button("Open", dsnsql::Open);
         auto* clear = Button("Clear", dsnsql::Clear);
+        // "Save All" starts the Make All run of the whole database.
         auto* saveAll = Button("Save All", dsnsql::SaveAll);
-        saveAll->hide(); // the batch is not offered here
         ok->setDefault(true);
         connect(ok, &QPushButton::clicked, this, [this] { Finish(SqlDialogOk); });
         connect(saveAll, &QPushButton::clicked, this, [this] { Finish(SqlDialogSaveAll); });

@@ -1,7 +1,7 @@
 #!/bin/sh
 # The conversion script ($1) converts the bitmaps its pattern names, no
 # others, and names them in the log it writes when done. 77: skipped.
-command -v convert >/dev/null || { echo "ImageMagick's convert is not installed"; exit 77; }
+command -v mogrify >/dev/null || { echo "ImageMagick is not installed"; exit 77; }
 dir=$(mktemp -d) && trap 'rm -rf "$dir"' EXIT
 convert -size 3x2 xc:gray "$dir/ACMEprc.bmp" && cp "$dir/ACMEprc.bmp" "$dir/OTHERprc.bmp" &&
     "$1" -r "$dir/ACME*.bmp" -l "$dir/cnvtogif.log" || exit 1

@@ -105,13 +105,43 @@ TEST(ChartImage, SaveResultsDialogAndMessages) {
     }
 }
 
-TEST(ChartImage, PrintArithmetic) {
-    const PrintPage oblong{4800, 3000, 600, 300}; // pixels twice as wide as tall
-    EXPECT_EQ(PrintRectangle(PrintBestFit, oblong, 800, 600, 2, 3), ScreenRect({0, 0, 4800, 1800}));
-    ScreenRect target, source; // an 800 x 600 picture printed at twice its size
-    ASSERT_TRUE(BandSource({0, 0, 1600, 1200}, {401, 600, 801, 701}, 800, 600, target, source));
-    EXPECT_TRUE(target == ScreenRect({401, 600, 801, 701}) &&
-                source == ScreenRect({201, 300, 401, 351}));
+// Where the picture goes on the page, by the three modes: best fit keeps
+// the proportions on the printer's pixel shape and truncates; its product
+// is taken in double precision (900 x 9921 x 1200 is past 32 bits).
+TEST(PrintLayout, RectangleOfEachMode) {
+    const PrintPage oblong{4800, 3000, 600, 300}, a4{9921, 14031, 1200, 1200};
+    const PrintPage letter{2550, 3300, 300, 300};
+    const std::tuple<int, PrintPage, int, int, ScreenRect> cases[] = {
+        {PrintBestFit, oblong, 800, 600, {0, 0, 4800, 1800}},
+        {PrintBestFit, letter, 1000, 707, {0, 0, 2550, 1802}}, // 1802.85
+        {PrintBestFit, letter, 300, 900, {0, 0, 2550, 7650}},  // runs past the page
+        {PrintBestFit, a4, 1590, 900, {0, 0, 9921, 5615}},     // 5615.66
+        {PrintScaled, letter, 800, 600, {0, 0, 1600, 1800}},   // scales 2 and 3
+        {0, letter, 800, 600, {0, 0, 2550, 3300}}};            // stretch: the page
+    for (const auto& [mode, page, w, h, expected] : cases)
+        EXPECT_EQ(PrintRectangle(mode, page, w, h, 2, 3), expected) << mode << " " << w << "x" << h;
+}
+
+// The part of the picture one band draws: the band cut to the print
+// rectangle, and its source rows and columns truncated after adding 0.5,
+// the far edge from the near one.
+TEST(PrintLayout, BandSources) {
+    const ScreenRect twice{0, 0, 1600, 1200}, inset{100, 50, 1100, 800};
+    const std::tuple<ScreenRect, ScreenRect, int, int, ScreenRect, ScreenRect> cases[] = {
+        // print rectangle, band, picture size, target, source
+        {twice, {401, 600, 801, 701}, 800, 600, {401, 600, 801, 701}, {201, 300, 401, 351}},
+        {inset, {0, 0, 2000, 300}, 300, 200, {100, 50, 1100, 300}, {0, 0, 300, 67}},
+        {inset, {0, 300, 2000, 500}, 300, 200, {100, 300, 1100, 500}, {0, 67, 300, 120}},
+        {{0, 0, 400, 300}, {0, 150, 400, 300}, 1000, 700, {0, 150, 400, 300}, {0, 350, 1000, 700}},
+        {{0, 0, 1000, 1000}, {160, 0, 210, 1000}, 10, 10, {160, 0, 210, 1000}, {2, 0, 3, 10}}};
+    for (const auto& [print, band, w, h, target, source] : cases) {
+        ScreenRect t, s;
+        ASSERT_TRUE(BandSource(print, band, w, h, t, s)) << band.top;
+        EXPECT_TRUE(t == target && s == source) << "band at " << band.top;
+    }
+    ScreenRect t, s; // a band below the picture draws nothing
+    EXPECT_FALSE(BandSource(twice, {0, 1200, 1600, 1400}, 800, 600, t, s));
+    EXPECT_EQ(PrintTitle(std::string(40, 'x')), std::string(31, 'x'));
 }
 
 } // namespace
