@@ -1,10 +1,7 @@
-// The engines: one contract for all of them (rows from n on are never written,
-// nothing is read past row n - 1, a period above n gives a wholly missing
-// result, a wholly missing source gives a wholly missing result where the
-// engine skips gaps, no state is carried from one call to the next); values
-// against independent formulas over a price history and random series; and
-// short series worked out by hand for the rules about gaps, start-up rows and
-// crossings.
+// The engines: one contract for all of them (nothing written from row n on
+// nor read past row n - 1, missing results for a period above n or a wholly
+// missing source, no state kept between calls); values against independent
+// formulas; short series worked out by hand.
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -304,6 +301,7 @@ TEST(EngineValues, TrendIsTheLeastSquaresPolynomial) {
 TEST(EngineValues, ShortSeriesWorkedByHand) {
     const double Any = std::nan(""); // row not checked
     const Series flat(6, 7.0), b{2, 0, 4, 5}, a{6, 3, M, 10};
+    const Series volumes1{1e3, 101, 100.5, 100, 150, 200}, volumes2{0, 50, 300, 300, 100, 300};
     const struct {
         const char* engine;
         int p;
@@ -324,18 +322,8 @@ TEST(EngineValues, ShortSeriesWorkedByHand) {
         {"OverboughtSold", 2, {M, 1, 3, 6, 10}, {Any, M, 2, 1.5, 5}},
         {"OBV", 0, {10, 11, 11, 9}, {500, 700, 700, 650}, {500, 200, 300, 50}},
         // Volumes of 100 or less neither count nor move the previous close; row 0 is kept.
-        {"TicVolume",
-         0,
-         Series(6, 20),
-         {77, .01, .02, M, .03, .04},
-         {1e3, 101, 100.5, 100, 150, 200},
-         77},
-        {"TicVolume",
-         0,
-         {10, 12, 11, 9, 9.5, 9.5},
-         {77, M, .01, 0, M, .01},
-         {0, 50, 300, 300, 100, 300},
-         77},
+        {"TicVolume", 0, Series(6, 20), {77, .01, .02, M, .03, .04}, volumes1, 77},
+        {"TicVolume", 0, {10, 12, 11, 9, 9.5, 9.5}, {77, M, .01, 0, M, .01}, volumes2, 77},
         // A zero divisor gives MISSING_VALUE (the spread tests it too); gaps are numbers.
         {"PriceRatio", 0, b, {3, M, -999.0 / 4, Any}, a},
         {"Spread", 0, b, {4, M, Any, Any}, a},

@@ -99,9 +99,7 @@ TEST(Batch, SaveAllMakesEveryImageOfTheDatabase) {
         Set(settings.sourceList[0], "Reuter");
         test_support::FakeFrame frame;
         frame.capturing = true;
-
         FrameCommand(frame, cmd::Database);
-
         EXPECT_EQ(converter.converted, expected) << cancelAt;
         EXPECT_EQ(std::distance(fs::directory_iterator(converter.folder), {}), left);
         EXPECT_EQ(converter.pauses, cancelAt);

@@ -1,8 +1,7 @@
 // The button bar without a window: where its entries sit, which button a
-// point hits, how the gated buttons follow the menu, and the hint's steps.
+// point hits, which buttons are gated, and the hint's steps.
 #include <gtest/gtest.h>
 
-#include <map>
 #include <set>
 #include <string>
 
@@ -27,13 +26,6 @@ ButtonBar BarWithChartOpen() {
     return bar;
 }
 
-class MapMenu final : public MenuModel {
-  public:
-    std::map<int, bool> greyed;
-    bool IsGreyed(int id) const override { return greyed.count(id) && greyed.at(id); }
-    void SetGreyed(int id, bool g) override { greyed[id] = g; }
-};
-
 constexpr int ZoomIn = 15; // gated; after 11 buttons and 4 gaps, at 6 + 275 + 36 = 317
 
 TEST(ButtonBar, LayoutPicturesAndGating) {
@@ -45,7 +37,6 @@ TEST(ButtonBar, LayoutPicturesAndGating) {
                                          {5, 115}, {6, 124}, {15, 317}, {31, 653}};
     for (const auto& [index, left] : lefts)
         EXPECT_EQ(bar.entries[index].left, left) << index;
-
     // A button that sends a menu command is gated exactly when that item is;
     // the commands only the bar sends all need a chart. Every button has its
     // own picture; gaps have none.
@@ -85,24 +76,6 @@ TEST(ButtonBar, HitTest) {
         EXPECT_EQ(HitButton(open, x), withChart) << x;
         EXPECT_EQ(HitButton(closed, x), atStart) << x;
     }
-}
-
-// Opening the first chart enables the gated buttons and items; closing the
-// last greys them again, and the others stay enabled.
-TEST(ButtonBar, GatedButtonsFollowTheMenuState) {
-    ButtonBar bar = LaidOutBar();
-    MapMenu menu;
-    int n = 0;
-    const int* gated = GatedCommands(&n);
-    for (int i = 0; i < n; ++i)
-        menu.greyed[gated[i]] = true;
-    UpdateMenuState(menu, 1, bar.state, ButtonCount);
-    EXPECT_EQ(HitButton(bar, bar.entries[ZoomIn].left), ZoomIn);
-    EXPECT_FALSE(menu.IsGreyed(gated[0]));
-    UpdateMenuState(menu, 0, bar.state, ButtonCount);
-    EXPECT_EQ(HitButton(bar, bar.entries[ZoomIn].left), -1);
-    EXPECT_TRUE(menu.IsGreyed(gated[0]));
-    EXPECT_EQ(HitButton(bar, 6), 0) << "New Layout is never gated";
 }
 
 // The hint's steps on the bar (height 28, Zoom In at x 317 to 341, a gap

@@ -70,7 +70,6 @@ TEST_F(AnalysisCharts, AnalysesReadTheSourceAndAPeriodChangeRunsOnlyItsCurve) {
     std::vector<double> expected(MaxRows);
     ComputeRSI(close, expected.data(), 200, 14);
     EXPECT_TRUE(std::equal(expected.begin(), expected.begin() + 200, Last().modelSeries->slot[0]));
-
     const double curve0 = rma.modelSeries->slot[0][150];
     rma.analysisParams->period[1] = 50;
     rma.analysisParams->period[2] = 7;

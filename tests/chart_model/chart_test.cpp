@@ -72,7 +72,6 @@ TEST_F(ChartModel, FailuresReleaseTheFreshSourceAndSayWhy) {
     EXPECT_EQ(seam.messages[0].caption, "QDX-Velorin");
     EXPECT_EQ(SourceAt(0), nullptr);
     EXPECT_EQ(deskRegistry.chartCount, 0);
-
     Connect(30);
     FailAllocationAfter(0);
     EXPECT_EQ(CreatePriceChart("Price", 0, CreationMode::InBatch()), 0); // silenced

@@ -63,7 +63,6 @@ TEST_F(PeriodDialogs, MacdTakesShortBelowLongAndStochasticsKeepsPeriodsOneAndThr
     Type([&] { return RunPeriodThreeDialog(macd); }, {"0.1", "0.3", "1"});
     EXPECT_EQ(std::vector<double>(macd.smoothing, macd.smoothing + 3),
               std::vector<double>({0.3, 0.1, 1.0}));
-
     Chart& st = MakeChart(9, LayoutFourCurves);
     std::int32_t* p = st.analysisParams->period;
     p[1] = 14, p[2] = 5, p[3] = 14, p[4] = 21;

@@ -194,7 +194,6 @@ TEST_F(DdeBusTest, OurServerOverTheBus) {
     EXPECT_EQ(seen[0].conversation, live);
     EXPECT_TRUE(seen[0].data.ends_with("\r\n") &&
                 seen[0].data.find('\n') + 1 == seen[0].data.size());
-
     server.kill();
     ASSERT_TRUE(WaitFor([&] { return seen.back().type == End; }));
     WaitFor([] { return false; }, 300);

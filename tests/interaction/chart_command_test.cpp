@@ -39,7 +39,6 @@ TEST(ChartCommand, ToolsRefuseAFullSetWithTheirOwnWords) {
         EXPECT_EQ(seam.messages[0].caption, caption);
         EXPECT_EQ(seam.messages[0].icon, MessageIcon::Warning);
         EXPECT_FALSE(chartMouse.toolArmed || w.captured);
-
         fill(8, 0); // the ninth slot freed: the tool takes it and prompts
         ChartCommand(w, f.chart(), command);
         EXPECT_EQ(seam.MessageCount(), 1u);

@@ -4,48 +4,31 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <sstream>
 
 #include "chart_model/price_chart.h"
 #include "market_data/data_source.h"
-#include "market_data/date.h"
 #include "market_data/odbc_state.h"
 #include "rendering/palette.h"
-#include "resources/command_ids.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/working_blocks.h"
 #include "tests/shell/fake_frame.h"
-#include "tests/support/recording_seam.h"
-#include "tests/support/temp_dir.h"
 
 namespace velorin {
 namespace {
 
-class Layouts : public ::testing::Test {
+class Layouts : public test_support::HeadlessDesk {
   protected:
     void SetUp() override { Start(); }
-    void TearDown() override { frame.CloseAllChildren(), FreeWorkingBlocks(); }
     void Start() { // a fresh program in the test's folder
         FreeWorkingBlocks();
-        ResetProgramState();
-        dateRules.todayDate = 50000;
-        ASSERT_TRUE(AllocateWorkingBlocks());
+        HeadlessDesk::SetUp();
         std::snprintf(shell.settingsPath, sizeof shell.settingsPath, "%s", At("velorin.vln"));
     }
     const char* At(const char* name) { return (path = dir.PathOf(name)).c_str(); }
-    test_support::RecordingSeam seam;
-    test_support::TempDir dir;
-    test_support::FakeFrame frame;
     std::string path;
 };
 
 TEST_F(Layouts, SavedDeskComesBackAfterNewWithPlacesParametersAndTrendLine) {
-    std::ostringstream rows;
-    for (int r = 0; r < 60; ++r)
-        rows << "1/" << r % 28 + 1 << "/" << 1990 + r / 28 << "," << 100 + r % 7
-             << ",99,108,97,5\r\n";
-    seam.QueueFile(dir.Write("ACME.PRC", rows.str()));
-    FrameCommand(frame, cmd::Datafile);
+    Open(60);
     FrameCommand(frame, cmd::Rsi);
     ASSERT_EQ(frame.children.size(), 2u) << seam.LastText();
     const std::vector<int> places = {5, 6, 400, 300, 50, 60, 410, 210};
@@ -58,7 +41,6 @@ TEST_F(Layouts, SavedDeskComesBackAfterNewWithPlacesParametersAndTrendLine) {
     TrendLineSet& t = *frame.children[1].chart->drawings->trendLines;
     t.inUse[2] = 1, t.valueA[2] = 31.5, t.valueB[2] = 72.25;
     std::strcpy(t.dateA[2], "1/3/1990"), std::strcpy(t.dateB[2], "1/20/1991");
-
     seam.QueueFile(At("desk.vl"));
     FrameCommand(frame, cmd::SaveAs);
     EXPECT_EQ(seam.fileRequests.back().title + seam.fileRequests.back().filter,
@@ -67,7 +49,6 @@ TEST_F(Layouts, SavedDeskComesBackAfterNewWithPlacesParametersAndTrendLine) {
     std::memset(settings.connections, 0, sizeof settings.connections);
     seam.QueueFile(path);
     FrameCommand(frame, cmd::Open);
-
     ASSERT_EQ(frame.children.size(), 2u) << seam.LastText(); // the connection chart went
     std::vector<int> back;
     for (const auto& c : frame.children)

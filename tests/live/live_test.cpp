@@ -4,23 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include "chart_model/live_update.h"
-#include "market_data/block.h"
 #include "market_data/data_source.h"
-#include "market_data/date.h"
 #include "market_data/dde_text.h"
 #include "market_data/source_dialog.h"
-#include "resources/command_ids.h"
-#include "shell/core/live_commands.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/working_blocks.h"
 #include "tests/shell/fake_frame.h"
-#include "tests/support/recording_seam.h"
 #include "tests/support/scripted_transport.h"
-#include "tests/support/temp_dir.h"
 
 namespace velorin {
 namespace {
@@ -59,30 +51,23 @@ struct ScriptedSourceDialog final : SourceDialogRunner {
     }
 };
 
-class LiveDesk : public ::testing::Test {
+class LiveDesk : public test_support::HeadlessDesk {
   protected:
     void SetUp() override {
-        ResetProgramState();
-        dateRules.todayDate = 50000;
+        HeadlessDesk::SetUp();
         ddeFeed.fixedNow = 1000;
-        ASSERT_TRUE(AllocateWorkingBlocks());
         SetDdeCallback(&DdeCallback);
         previousDialog_ = InstallSourceDialogRunner(&dialog);
     }
     void TearDown() override {
-        frame.CloseAllChildren();
         InstallSourceDialogRunner(previousDialog_);
         SetDdeCallback(nullptr);
-        FreeWorkingBlocks();
-        EXPECT_EQ(blockAllocator.liveBlocks, 0);
+        HeadlessDesk::TearDown();
     }
     const DataSource& Source(int slot = 0) { return *SourceAt(slot); }
     Chart& ChartAt(std::size_t i) { return *frame.children.at(i).chart; }
 
-    test_support::RecordingSeam seam;
-    test_support::TempDir dir;
     test_support::ScriptedTransport server;
-    test_support::FakeFrame frame;
     ScriptedSourceDialog dialog;
 
   private:
@@ -96,21 +81,14 @@ TEST_F(LiveDesk, HistoryWithALiveLastRowFollowsTheTimer) {
     FrameCommand(frame, cmd::Connect);
     ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
     ASSERT_EQ(frame.children.size(), 1u);
-    const std::vector<std::string> calls = {"release 0",
-                                            "hold 0",
-                                            "connect Reuter/TS1",
-                                            "request 4242 " + Ts1Item,
-                                            "disconnect 4242",
-                                            "connect Reuter/IDN",
-                                            "request 4243 " + IdnItem,
-                                            "advise 4243 " + IdnItem,
-                                            "hold 4243"};
-    EXPECT_EQ(server.calls, std::vector<std::string>(calls.begin() + 1, calls.end()));
+    EXPECT_EQ(server.calls, (std::vector<std::string>{
+                                "hold 0", "connect Reuter/TS1", "request 4242 " + Ts1Item,
+                                "disconnect 4242", "connect Reuter/IDN", "request 4243 " + IdnItem,
+                                "advise 4243 " + IdnItem, "hold 4243"}));
     const DataSource& s = Source();
     ASSERT_EQ(s.rowCount, 31);
     const double lastDate = s.columns->dateNumber[30];
     EXPECT_STREQ(s.columns->dateText[30], "10:30");
-
     // Within the 5-second Timer the last row changes and the chart waits.
     frame.invalidated.clear();
     EXPECT_EQ(server.Advise(4243, Tick("10:31", 152)), DdeAcknowledged);
@@ -124,7 +102,6 @@ TEST_F(LiveDesk, HistoryWithALiveLastRowFollowsTheTimer) {
     EXPECT_EQ(s.chartsCurrent, 1);
     RefreshPendingCharts();
     EXPECT_EQ(frame.invalidated.size(), 1u);
-
     // Refused data are not acknowledged and change nothing; a server that
     // goes away leaves the rows and the chart.
     EXPECT_EQ(server.Advise(4243, "#N/A\t1\r\n"), 0u);
@@ -133,6 +110,31 @@ TEST_F(LiveDesk, HistoryWithALiveLastRowFollowsTheTimer) {
     server.Terminate(4243);
     EXPECT_EQ(seam.Texts(), std::vector<std::string>{"Server forced disconncect"});
     EXPECT_TRUE(SourceAt(0) && Source().rowCount == 31 && frame.children.size() == 1);
+}
+
+TEST_F(LiveDesk, ALayoutConnectsItsLiveRowsAgain) {
+    server.replies[Ts1Item] = History(30);
+    server.replies[IdnItem] = Tick("10:30", 150);
+    FrameCommand(frame, cmd::Connect);
+    FrameCommand(frame, cmd::Rsi);
+    seam.QueueFile(dir.PathOf("live.vl"));
+    FrameCommand(frame, cmd::SaveAs);
+    FrameCommand(frame, cmd::New);
+    ASSERT_TRUE(frame.children.empty());
+    server.calls.clear();
+    seam.QueueFile(dir.PathOf("live.vl"));
+    FrameCommand(frame, cmd::Open);
+    ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
+    // The stored source is the live history: history, then live value, then
+    // the advise loop, once for both windows.
+    EXPECT_EQ(server.calls,
+              (std::vector<std::string>{"connect REUTER/TS1", "request 4244 " + Ts1Item,
+                                        "disconnect 4244", "connect REUTER/IDN",
+                                        "request 4245 " + IdnItem, "advise 4245 " + IdnItem}));
+    ASSERT_EQ(frame.children.size(), 2u);
+    EXPECT_TRUE(ChartAt(0).connectionId == 4245 && ChartAt(1).connectionId == 4245);
+    EXPECT_EQ(server.Advise(4245, Tick("10:31", 152)), DdeAcknowledged);
+    EXPECT_EQ(Source(0).columns->close[30], 152);
 }
 
 TEST_F(LiveDesk, ConnectFailuresLeaveNoSourceBehind) {
@@ -145,7 +147,7 @@ TEST_F(LiveDesk, ConnectFailuresLeaveNoSourceBehind) {
     };
     // clang-format on
     for (const auto& c : cases) {
-        server.calls.clear(), server.replies.clear(), server.refusedTopics.clear();
+        test_support::ScriptedTransport server; // in place of the fixture's
         seam.Clear();
         if (c.refuse) server.refusedTopics.insert("PRICES");
         if (c.reply) server.replies["ACME"] = c.reply;
@@ -176,7 +178,6 @@ TEST_F(LiveDesk, TickSourceGrowsRowByRowAndDropsItsOldestHundredWhenFull) {
     server.Advise(4242, Tick("09:03", 53));
     EXPECT_TRUE(s.rowCount == 3 && s.columns->close[2] == 53);
     EXPECT_TRUE(ChartAt(0).rowCount == 3 && ChartAt(0).showCurveHandles == 0);
-
     for (int r = 0; r < MaxRows; ++r)
         s.columns->close[r] = r, s.columns->dateNumber[r] = r;
     s.rowCount = MaxRows;
@@ -185,7 +186,6 @@ TEST_F(LiveDesk, TickSourceGrowsRowByRowAndDropsItsOldestHundredWhenFull) {
     EXPECT_TRUE(s.columns->close[0] == 100 && s.columns->close[1899] == 1999);
     EXPECT_TRUE(s.columns->dateNumber[0] == 0 && s.columns->close[1900] == 54);
     EXPECT_TRUE(s.columns->close[1901] == 0 && s.columns->dateText[1901][0] == '\0');
-
     // With a Timer, ticks within one period overwrite the pending row.
     s.tickSeconds = 10;
     s.lastUpdateTime = ddeFeed.fixedNow;
@@ -198,25 +198,16 @@ TEST_F(LiveDesk, TickSourceGrowsRowByRowAndDropsItsOldestHundredWhenFull) {
 }
 
 TEST_F(LiveDesk, RefetchReplacesFileSeriesAndChangeOfSourceMovesTheFamily) {
-    const auto write = [&](int rows, const char* extra) {
-        std::string text;
-        for (int r = 0; r < rows; ++r)
-            text += "1/" + std::to_string(r + 1) + "/1990," + std::to_string(100 + r) +
-                    ",99,105,98,1000\r\n";
-        return dir.Write("ACME.PRC", text + extra);
-    };
-    seam.QueueFile(write(40, ""));
-    FrameCommand(frame, cmd::Datafile);
+    Open(40);
     FrameCommand(frame, cmd::Rsi);
     ASSERT_EQ(frame.children.size(), 2u);
-    write(25, "");
+    dir.Write("ACME.PRC", test_support::PriceFileText(25));
     RefetchAllSources();
     EXPECT_TRUE(Source().rowCount == 25 && ChartAt(0).rowCount == 25 && ChartAt(1).rowCount == 25);
     dir.Write("ACME.PRC", "1/1/1990,0,0,0,0,0\r\n1/2/1990,0,0,0,0,0\r\n");
     RefetchAllSources();
     EXPECT_EQ(Source().rowCount, 0);
     ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
-
     // Both charts move to the live source; their lines go with the old data.
     dialog.source = "FEED", dialog.topic = "PRICES", dialog.item = "INITECH";
     server.replies["INITECH"] = History(30);
@@ -252,7 +243,6 @@ TEST(SourceDialogRules, AddDeleteAndOk) {
     SourceDialogAdd(s);
     EXPECT_EQ(SourceListLength(ComboItem), 2);
     EXPECT_EQ(SourceListLength(ComboTimer), 1);
-
     // Delete takes only combos with a selection; a text not in the list stops it.
     s.selection[ComboItem] = 0, s.text[ComboItem] = "ACME";
     EXPECT_EQ(SourceDialogDelete(s), nullptr);
@@ -260,7 +250,6 @@ TEST(SourceDialogRules, AddDeleteAndOk) {
     s.text[ComboItem].clear();
     s.selection[ComboTopic] = 0, s.text[ComboTopic] = "IDN";
     EXPECT_STREQ(SourceDialogDelete(s), "Invalid Topic value");
-
     // OK: an empty edit does nothing; a tick database becomes its range, and
     // opening the dialog shows the remembered entries.
     SourceDialogState ok;
@@ -269,10 +258,7 @@ TEST(SourceDialogRules, AddDeleteAndOk) {
     EXPECT_EQ(SourceDialogOk(ok), 1);
     ok.text[ComboTimer] = "Sheet1";
     EXPECT_EQ(SourceDialogOk(ok), 0);
-    const ConnectionSelection& sel = marketData.selection;
-    EXPECT_STREQ(sel.currentSource, "Excel");
-    EXPECT_STREQ(sel.currentTopic, "[tickdb.xls]IBM,Sheet1");
-    EXPECT_STREQ(sel.currentItem, "R3C1:R2000C5");
+    EXPECT_STREQ(marketData.selection.currentTopic, "[tickdb.xls]IBM,Sheet1");
     EXPECT_EQ(OpenSourceDialog().text[ComboItem], "IBM");
     EXPECT_TRUE(ResolutionButtonsShown("reuter", "ts1") &&
                 !ResolutionButtonsShown("Reuter", "IDN"));

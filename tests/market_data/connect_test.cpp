@@ -103,7 +103,6 @@ TEST_F(ConnectTest, FailuresLeaveTheSlotEmpty) {
     ExpectOnlyMessage("No valid data - Please try again");
     EXPECT_EQ(feed.calls, std::vector<std::string>{"disconnect 321"});
     EXPECT_EQ(marketData.liveConversation, 0);
-
     Stage(Closes({5, 5}));
     for (int failAt = 0; failAt < 9; ++failAt) {
         FailAllocationAfter(failAt);
@@ -128,7 +127,6 @@ TEST_F(ConnectTest, LiveTimeSeries) {
     }
     // Failures leave the slot empty and are reported even in a silent run.
     const std::string idn = "IBM.N,[TRADE TIME,LAST]"; // no history asked for fields
-    const std::string live = "23:59\t123\t123\t123\t123\t5000\r\n";
     // clang-format off
     const struct { const char* refusedTopic; const char* reply; const char* message;
                    std::vector<std::string> calls; } failures[] = {
@@ -141,12 +139,9 @@ TEST_F(ConnectTest, LiveTimeSeries) {
     };
     // clang-format on
     for (const auto& f : failures) {
-        feed.calls.clear();
-        feed.replies.clear();
-        feed.refusedTopics.clear();
+        test_support::ScriptedTransport feed; // in place of the fixture's
         if (f.refusedTopic) feed.refusedTopics.insert(f.refusedTopic);
         if (f.reply) feed.replies[idn] = f.reply;
-        feed.nextConversation = 4242;
         SetSelection("Reuter", "TS1", "IBM.N");
         marketData.liveConversation = 17;
         ResetDdeFeedState();
@@ -160,9 +155,7 @@ TEST_F(ConnectTest, LiveTimeSeries) {
     // The live row goes behind the history, its volume in thousands; the
     // selection is restored. On a full source rows 1 on move down one row,
     // all but their dates, and row 0 stays.
-    feed.refusedTopics.clear();
-    feed.replies[idn] = live;
-    feed.nextConversation = 4242;
+    feed.replies[idn] = "23:59\t123\t123\t123\t123\t5000\r\n";
     SetSelection("Reuter", "TS1", "IBM.N");
     ResetDdeFeedState();
     std::vector<Row> rows;

@@ -3,28 +3,17 @@
 // result's columns, the rules of fetched rows, .sql files, and the database
 // command through a frame without windows.
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cstring>
 #include <deque>
-#include <string>
-#include <vector>
 
-#include "base/series.h"
-#include "market_data/data_source.h"
-#include "market_data/date.h"
 #include "market_data/odbc_dialog.h"
 #include "market_data/odbc_feed.h"
 #include "market_data/odbc_sql_file.h"
 #include "market_data/odbc_state.h"
-#include "resources/command_ids.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/working_blocks.h"
+#include "tests/market_data/market_data_fixture.h"
 #include "tests/odbc/scripted_driver.h"
 #include "tests/shell/fake_frame.h"
-#include "tests/support/recording_seam.h"
-#include "tests/support/temp_dir.h"
 
 namespace velorin {
 namespace {
@@ -39,19 +28,15 @@ Row On(int y, int m, int d, double close = 10.0, double volume = 500.0) {
     return {date, {close, close - 1, close + 1, close - 2, volume}};
 }
 
-class OdbcTest : public ::testing::Test {
+class OdbcTest : public MarketDataTest {
   protected:
     void SetUp() override {
-        ResetMarketDataState();
+        MarketDataTest::SetUp();
         ResetOdbcFeedState();
-        dateRules = {40543.0, false, true}; // today: 31 December 2010
-        ASSERT_TRUE(AllocateStagingBlocks());
         SplitDatabaseSource("DSN,Prices", "prices;code,d,c,o,h,l,v", "ACME");
     }
-    void TearDown() override { ReleaseStagingBlocks(); }
     static int Run() { return StageDatabaseQuery(0) ? 0 : -1; }
 
-    test_support::RecordingSeam seam;
     test_support::ScriptedDriver driver;
 };
 
@@ -146,7 +131,6 @@ TEST_F(OdbcTest, StagedRowsAndWhereTheReadStops) {
     EXPECT_EQ(Strings({f.dateText[0], f.dateText[2]}), Strings({"05Mar09", "30Nov2010"}));
     EXPECT_EQ(f.low[0], 40.5);
     EXPECT_EQ(f.volume[1], 1e-05) << "a zero volume is not a gap";
-
     const std::pair<std::deque<Row>, int> cases[] = {
         {{On(2009, 1, 2), On(2008, 12, 31)}, 1},               // an earlier date
         {{On(2009, 1, 2), On(2009, 1, 0), On(2009, 1, 6)}, 1}, // a null date
@@ -185,7 +169,7 @@ TEST_F(OdbcTest, DialogOk) {
 }
 
 TEST_F(OdbcTest, SqlFiles) {
-    test_support::TempDir dir;
+    TempDir dir;
     const std::string path = dir.Write("week.v2.sql", "SELECT \"a\"\nFROM b\r\n");
     seam.QueueDialogFailure();
     seam.QueueFile(dir.PathOf("missing.sql"));
@@ -195,12 +179,10 @@ TEST_F(OdbcTest, SqlFiles) {
     EXPECT_EQ(LoadSqlFile(0), 1);
     EXPECT_STREQ(sel.currentSqlText, "SELECT 'a' FROM b  ");
     EXPECT_EQ(std::string(sel.currentTopic) + "|" + sel.currentItem, "SQLText," + path + "|week");
-
     // Long files are cut at what the text holds.
     seam.QueueFile(dir.Write("long.sql", std::string(SqlTextLimit() + 1, 'x')));
     ASSERT_EQ(LoadSqlFile(0), 1);
     EXPECT_EQ(std::strlen(sel.currentSqlText), SqlTextLimit());
-
     // Saving: a cancelled dialog and an unwritable path fail alike.
     seam.Clear();
     seam.QueueCancel();

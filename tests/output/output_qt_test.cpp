@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QImage>
 #include <QLabel>
-#include <QMdiArea>
 #include <QPrinter>
 #include <QProcess>
 #include <QPushButton>
@@ -18,15 +17,10 @@
 #include <filesystem>
 #include <fstream>
 
-#include "market_data/date.h"
 #include "output/qt/printing.h"
-#include "resources/command_ids.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/working_blocks.h"
 #include "shell/qt/conversion_wait.h"
-#include "shell/qt/frame_window.h"
-#include "tests/support/recording_seam.h"
-#include "tests/support/temp_dir.h"
+#include "tests/shell_qt/frame_fixture.h"
 #include "tools/sample_data/sample_data.h"
 
 namespace velorin {
@@ -34,27 +28,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A frame with the ACME price chart open.
-struct SampleDesk {
-    test_support::RecordingSeam seam;
-    test_support::TempDir dir;
-    UserSeam* previous = InstallSeam(&seam);
-    FrameWindow* frame = nullptr;
-    SampleDesk() {
-        ResetProgramState();
-        dateRules.todayDate = 50000; // after every date of the file
-        AllocateWorkingBlocks();
-        frame = new FrameWindow;
-        frame->resize(700, 500); // all of it on the offscreen screen
-        frame->show();
+// The sample ACME price chart on a frame the offscreen screen holds whole.
+class DeskPicture : public test_support::QtFrameTest {
+  protected:
+    void SetUp() override {
+        QtFrameTest::SetUp();
+        frame->resize(700, 500);
         seam.QueueFile(
             dir.Write("ACME.PRC", sample_data::InstrumentText(sample_data::DefaultDesk()[0])));
         frame->FrameCommand(cmd::Datafile);
-    }
-    ~SampleDesk() {
-        delete frame;
-        InstallSeam(previous);
-        FreeWorkingBlocks();
     }
 };
 
@@ -94,41 +76,36 @@ void ExpectDeskOnPage(const QImage& desk, const QImage& page, const QRectF& prin
     EXPECT_NEAR(box[1].height(), printable.width() * desk.height() / desk.width(), 2);
 }
 
-TEST(DeskPicture, SavedAndPrinted) {
-    SampleDesk desk;
-    desk.seam.QueueFile(desk.dir.PathOf("desk.bmp"));
-    desk.frame->FrameCommand(cmd::SaveChartAs);
-
+TEST_F(DeskPicture, SavedAndPrinted) {
+    seam.QueueFile(dir.PathOf("desk.bmp"));
+    frame->FrameCommand(cmd::SaveChartAs);
     // Pixel for pixel the desk as it draws itself, and not a blank area.
-    const QImage saved = QImage(QString::fromStdString(desk.dir.PathOf("desk.bmp")))
+    const QImage saved = QImage(QString::fromStdString(dir.PathOf("desk.bmp")))
                              .convertToFormat(QImage::Format_RGB32);
-    const QImage drawn =
-        desk.frame->mdiClient()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QImage drawn = frame->mdiClient()->grab().toImage().convertToFormat(QImage::Format_RGB32);
     EXPECT_TRUE(saved == drawn);
     EXPECT_NE(saved.pixel(0, 0), saved.pixel(saved.width() / 2, saved.height() / 2));
-
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(QString::fromStdString(desk.dir.PathOf("desk.pdf")));
-    EXPECT_EQ(PrintWindow(desk.frame->mdiClient(), &printer, "Velorin Printing"), PrintDone);
+    printer.setOutputFileName(QString::fromStdString(dir.PathOf("desk.pdf")));
+    EXPECT_EQ(PrintWindow(frame->mdiClient(), &printer, "Velorin Printing"), PrintDone);
     QFile pdf(printer.outputFileName());
     ASSERT_TRUE(pdf.open(QIODevice::ReadOnly));
     EXPECT_EQ(pdf.readAll().count("/Type /Page\n"), 1);
-    const QImage page = PageOf(desk.dir.PathOf("desk.pdf"), desk.dir.PathOf("page"));
+    const QImage page = PageOf(dir.PathOf("desk.pdf"), dir.PathOf("page"));
     if (page.isNull()) GTEST_SKIP() << "the PDF was not read back: is poppler-utils installed?";
     ExpectDeskOnPage(saved, page, printer.pageLayout().paintRect(QPageLayout::Point));
-
     // "Print..." through a real queue: tools/test-print-queue.sh makes a PDF
     // queue the default printer and names the fresh folder of its files.
     const char* folder = std::getenv("VELORIN_TEST_PRINT_FOLDER");
     if (!folder) return;
-    desk.frame->FrameCommand(cmd::Print);
+    frame->FrameCommand(cmd::Print);
     QImage queued; // the queue's file, once it can be read
     for (int tries = 0; tries < 300 && queued.isNull(); ++tries) {
         QTest::qWait(200);
         for (const fs::directory_entry& e : fs::directory_iterator(folder))
             if (e.path().extension() == ".pdf")
-                queued = PageOf(e.path().string(), desk.dir.PathOf("queued"));
+                queued = PageOf(e.path().string(), dir.PathOf("queued"));
     }
     ExpectDeskOnPage(saved, queued, JobPrinter()->pageLayout().paintRect(QPageLayout::Point));
 }

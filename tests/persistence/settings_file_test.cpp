@@ -84,7 +84,6 @@ TEST(SettingsWriter, SmallDeskByteForByte) {
     macd.kindName = "MACD", macd.paramForm = ParamForm::ThreeSmoothings;
     macd.trendLines = nullptr, macd.horizontalLines = nullptr, macd.filtered = 1;
     const std::vector<LayoutRecord> records = {esma, view, stochastics, macd};
-
     const std::string body = "10\t20\t300\t200\t1\t4.000000\t1\t0\t1\t0\t0\t0\t";
     const std::string expected =
         "[Connection]\r\n*" + AcmeHead + body + "0.100000\t0\t0\tESMA\t\r\n*" +
@@ -97,7 +96,6 @@ TEST(SettingsWriter, SmallDeskByteForByte) {
         "\t\r\n*" +
         Repeat(Zero, 36) + "\r\n" + Tail();
     EXPECT_EQ(SettingsText(*s, records), expected);
-
     // At most 51 records are written, one more than are read back.
     const std::vector<LayoutRecord> many(60, view);
     const std::string text = SettingsText(*s, many);
@@ -183,7 +181,6 @@ TEST(SettingsReader, ListsNumbersAndSystemLines) {
     EXPECT_STREQ(s->batchFolder, "Codes1");
     EXPECT_STREQ(s->batchTable2, "Pairs");
     EXPECT_STREQ(s->batchPairTable, "");
-
     const double snaps[][2] = {{0, 0.25},  {0.25, 0.25}, {0.3, 0.5}, {1.5, 2}, {3, 4},
                                {16.5, 25}, {50, 50},     {50.01, 4}, {1e9, 4}, {-5, 0.25}};
     for (const auto& [in, out] : snaps)
@@ -201,7 +198,6 @@ TEST(SettingsFile, FailuresCopiesAndTheCut) {
     EXPECT_EQ(seam.MessageCount(), 0u);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.path()), {}),
               0); // nothing left behind
-
     dir.Write("velorin.vln", "old");
     FailAllocationAfter(0);
     EXPECT_EQ(SaveSettings(*s, {}, path.c_str()), 0);
@@ -210,7 +206,6 @@ TEST(SettingsFile, FailuresCopiesAndTheCut) {
     EXPECT_EQ(LoadSettings(*s, path.c_str()), 0);
     EXPECT_EQ(seam.Texts(),
               std::vector<std::string>(2, "Memory alloc failed - Please close some windows"));
-
     ASSERT_EQ(SaveSettings(*s, {}, path.c_str()), 1);
     EXPECT_EQ(ReadAll(path), good);
     using std::filesystem::perms;
@@ -223,7 +218,6 @@ TEST(SettingsFile, FailuresCopiesAndTheCut) {
     EXPECT_EQ(LoadSettings(*back, path.c_str(), path.c_str()), 1);
     EXPECT_EQ(ReadAll(dir.PathOf("velorig.vln")), good);
     EXPECT_EQ(std::memcmp(back.get(), s.get(), sizeof(Settings)), 0);
-
     // 65,536 bytes more than a file: only the remainder is read, and the user is told once.
     dir.Write("big.vl",
               std::string(good).replace(good.find("60"), 2, "77") + std::string(65536, 'x'));

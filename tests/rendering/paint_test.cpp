@@ -71,7 +71,6 @@ TEST(PriceBars, BarsMarkCloseAndSkipGapsCandlesFallingSolidRisingHollow) {
               (std::vector<Box>{{40, 160, 40, 180}, {41, 160, 41, 180}}));
     // Close at y 169.5: 168.5 and 170.5 truncated after the subtraction.
     EXPECT_EQ(BoxOf(dev.OpsOf(DrawOpKind::Rectangle).front()), (Box{38, 168, 42, 170}));
-
     ChartFixture::Fill(high, {70, 70, 70, 70});
     ChartFixture::Fill(low, {30, 30, 30, 30});
     ChartFixture::Fill(open, {60, 40, 50, 40});

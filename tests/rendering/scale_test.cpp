@@ -115,7 +115,6 @@ TEST(PriceScale, LabelsTicksAndClosingMinimumLabel) {
     ASSERT_EQ(lines.size(), 3u);
     EXPECT_EQ(BoxOf(lines[1]), (Box{39, 70, 43, 70}));
     EXPECT_EQ(lines[1].pen.colour, grid);
-
     // A fractional scale writes no closing label.
     dev.Clear();
     f.chart().priceScaleDenominator = 4;

@@ -1,15 +1,23 @@
 #pragma once
 // A frame without windows: each child is a number holding its chart, the
 // menu is a map of greyed states built from the main menu, and every
-// window operation is recorded.
+// window operation is recorded. HeadlessDesk runs a fresh program on it.
+
+#include <gtest/gtest.h>
 
 #include <map>
 #include <string>
 #include <vector>
 
+#include "market_data/block.h"
+#include "market_data/date.h"
+#include "resources/command_ids.h"
 #include "shell/core/frame_commands.h"
 #include "shell/core/layout_commands.h"
 #include "shell/core/live_commands.h"
+#include "shell/core/working_blocks.h"
+#include "tests/support/recording_seam.h"
+#include "tests/support/temp_dir.h"
 
 namespace velorin::test_support {
 
@@ -149,6 +157,47 @@ class FakeFrame final : public Frame {
 
   private:
     Desk* previous_ = nullptr;
+};
+
+// A ".PRC" file of `rows` days from 1/1/1990, 28 a month: close 100 + r % 7,
+// open 1 below it, high 2 above, low 2 below, volume 1000 + r.
+inline std::string PriceFileText(int rows) {
+    std::string text;
+    for (int r = 0; r < rows; ++r) {
+        const int c = 100 + r % 7;
+        text += "1/" + std::to_string(r % 28 + 1) + "/" + std::to_string(1990 + r / 28);
+        for (int v : {c, c - 1, c + 2, c - 2, 1000 + r})
+            text += "," + std::to_string(v);
+        text += "\r\n";
+    }
+    return text;
+}
+
+// A fresh program on a FakeFrame, dated far ahead of the files, with a
+// recording seam and a folder of the test's own; no block outlives a test.
+class HeadlessDesk : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        ResetProgramState();
+        dateRules.todayDate = 50000;
+        ASSERT_TRUE(AllocateWorkingBlocks());
+    }
+    void TearDown() override {
+        frame.CloseAllChildren();
+        FreeWorkingBlocks();
+        EXPECT_EQ(blockAllocator.liveBlocks, 0);
+    }
+    // Data File on PriceFileText(rows), from a cleared seam; no message comes.
+    void Open(int rows, const char* name = "ACME.PRC") {
+        seam.Clear();
+        seam.QueueFile(dir.Write(name, PriceFileText(rows)));
+        FrameCommand(frame, cmd::Datafile);
+        ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
+    }
+
+    RecordingSeam seam;
+    TempDir dir;
+    FakeFrame frame;
 };
 
 } // namespace velorin::test_support

@@ -3,66 +3,25 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <sstream>
 
-#include "market_data/block.h"
 #include "market_data/data_source.h"
-#include "market_data/date.h"
 #include "rendering/style.h"
-#include "resources/command_ids.h"
 #include "shell/core/shell_state.h"
-#include "shell/core/working_blocks.h"
 #include "tests/shell/fake_frame.h"
-#include "tests/support/recording_seam.h"
-#include "tests/support/temp_dir.h"
 
 namespace velorin {
 namespace {
 
-class FrameCommands : public ::testing::Test {
-  protected:
-    void SetUp() override {
-        ResetProgramState();
-        dateRules.todayDate = 50000; // far ahead of the file dates
-        ASSERT_TRUE(AllocateWorkingBlocks());
-    }
-    void TearDown() override {
-        frame.CloseAllChildren();
-        FreeWorkingBlocks();
-        EXPECT_EQ(blockAllocator.liveBlocks, 0);
-    }
-
-    // A ".PRC" file of `rows` rows, six columns or date and close.
-    std::string WriteFile(const char* name, int rows, bool sixColumns = true) {
-        std::ostringstream out;
-        for (int r = 0; r < rows; ++r) {
-            out << "1/" << (r % 28) + 1 << "/" << 1990 + r / 28 << "," << 100 + r;
-            if (sixColumns)
-                out << "," << 99 + r << "," << 102 + r << "," << 98 + r << "," << 1000 + r;
-            out << "\r\n";
-        }
-        return dir.Write(name, out.str());
-    }
-    void Open(const char* name, int rows, bool sixColumns = true) {
-        seam.QueueFile(WriteFile(name, rows, sixColumns));
-        FrameCommand(frame, cmd::Datafile);
-    }
-
-    test_support::RecordingSeam seam;
-    test_support::TempDir dir;
-    test_support::FakeFrame frame;
-};
+using FrameCommands = test_support::HeadlessDesk;
 
 TEST_F(FrameCommands, DatafileOpensATitledChartAndClosingGreysTheMenu) {
-    Open("ACME.PRC", 40);
-    ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
+    Open(40);
     ASSERT_EQ(frame.children.size(), 1u);
     EXPECT_EQ(frame.children[0].caption, "Price ACME 1/1/1990 - 1/12/91");
     EXPECT_EQ(deskRegistry.chartCount, 1);
     EXPECT_EQ(shell.lastConnectOk, 1);
     EXPECT_FALSE(frame.IsGreyed(cmd::CloseAll));
     EXPECT_EQ(seam.waitCursorDepth, 0);
-
     frame.Close(frame.children[0].id);
     EXPECT_EQ(deskRegistry.chartCount, 0);
     EXPECT_EQ(marketData.nextSourceSlot, 0);
@@ -85,7 +44,7 @@ TEST_F(FrameCommands, RefusalsLeaveTheDeskAsItWas) {
         seam.Clear();
         marketData.nextSourceSlot = c.nextSlot;
         deskRegistry.chartCount = c.charts;
-        seam.QueueFile(WriteFile("ONE.PRC", 1));
+        seam.QueueFile(dir.Write("ONE.PRC", test_support::PriceFileText(1)));
         FrameCommand(frame, cmd::Datafile);
         ASSERT_EQ(seam.MessageCount(), 1u) << c.text;
         EXPECT_EQ(seam.messages[0].text, c.text);
@@ -112,7 +71,6 @@ TEST_F(FrameCommands, OptionTogglesAndThicknessGroups) {
         EXPECT_EQ(*t.value, t.after) << t.id;
         EXPECT_EQ(frame.checked[t.id], t.checked) << t.id;
     }
-
     FrameCommand(frame, cmd::PriceMedium);
     EXPECT_EQ(drawingStyle.priceThickness, 2);
     EXPECT_TRUE(frame.checked[cmd::PriceMedium]);
@@ -127,23 +85,18 @@ TEST_F(FrameCommands, OptionTogglesAndThicknessGroups) {
 TEST_F(FrameCommands, MakeAllOpensEveryAnalysisOrStopsAtTheFirstFailure) {
     FrameCommand(frame, cmd::MakeAllPrices);
     EXPECT_EQ(seam.LastText(), "Non Existent Connection To Data source");
-
     // Stochastics, the last of the ten, needs 61 rows: the run stops there untiled.
-    seam.Clear();
-    Open("ACME.PRC", 40);
+    Open(40);
     FrameCommand(frame, cmd::MakeAllPrices);
     EXPECT_EQ(seam.LastText(), "Insufficient data for Stochastics Analysis");
     EXPECT_EQ(frame.children.size(), 10u);
     EXPECT_TRUE(frame.tiles.empty());
-
     FrameCommand(frame, cmd::CloseAll);
-    seam.Clear();
-    Open("ACME.PRC", 70);
+    Open(70);
     FrameCommand(frame, cmd::MakeAllPrices);
     EXPECT_EQ(seam.MessageCount(), 0u) << seam.LastText();
     ASSERT_EQ(frame.children.size(), 11u);
     EXPECT_EQ(frame.tiles, std::vector<bool>{true});
-
     deskRegistry.chartCount = MaxCharts; // the chart limit stops the run
     seam.Clear();
     FrameCommand(frame, cmd::Rsi);
@@ -152,7 +105,7 @@ TEST_F(FrameCommands, MakeAllOpensEveryAnalysisOrStopsAtTheFirstFailure) {
 }
 
 TEST_F(FrameCommands, ButtonCommandsForwardZoomAndGuard) {
-    Open("ACME.PRC", 40);
+    Open(40);
     const WindowId price = frame.active;
     const std::pair<int, int> forwards[] = {
         {cmd::ToggleGridButton, cmd::ToggleGrid},
@@ -171,16 +124,13 @@ TEST_F(FrameCommands, ButtonCommandsForwardZoomAndGuard) {
     }
     FrameCommand(frame, cmd::DataViewButton);
     EXPECT_EQ(frame.dataViews, std::vector<WindowId>{price});
-
     Chart& chart = *frame.ActiveChart(nullptr);
     FrameCommand(frame, cmd::ZoomIn);
     EXPECT_EQ(chart.view->resolution, 8.0);
     EXPECT_EQ(frame.invalidated, std::vector<WindowId>{price});
-
     FrameCommand(frame, cmd::CandleStickButton);
     EXPECT_EQ(chart.view->showCandle, 1);
     EXPECT_EQ(chart.view->showLine, 0);
-
     // On an RSI the drawing buttons are refused and nothing is forwarded.
     FrameCommand(frame, cmd::Rsi);
     frame.sent.clear();
@@ -193,16 +143,15 @@ TEST_F(FrameCommands, ButtonCommandsForwardZoomAndGuard) {
 }
 
 TEST_F(FrameCommands, NewCloseAllAndExitClearTheDesk) {
-    Open("A.PRC", 30);
-    Open("B.PRC", 30);
+    Open(30, "A.PRC");
+    Open(30, "B.PRC");
     std::strcpy(shell.layoutPath, "desk.vl");
     FrameCommand(frame, cmd::New);
     EXPECT_EQ(shell.layoutPath[0], '\0');
     EXPECT_TRUE(frame.children.empty());
     EXPECT_EQ(deskRegistry.chartCount, 0);
     EXPECT_EQ(marketData.nextSourceSlot, 0);
-
-    Open("A.PRC", 30);
+    Open(30, "A.PRC");
     FrameCommand(frame, cmd::Exit);
     EXPECT_TRUE(frame.destroyed);
     EXPECT_TRUE(frame.children.empty());

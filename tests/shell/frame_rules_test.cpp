@@ -12,19 +12,16 @@
 namespace velorin {
 namespace {
 
-// The main menu's items by id, greyed as the menu starts.
-std::map<int, bool> StartGreyed() {
-    std::map<int, bool> greyed;
-    int n = 0;
-    const MenuEntry* e = MainMenuEntries(&n);
-    for (int i = 0; i < n; ++i)
-        if (e[i].type == MenuEntry::Item) greyed[e[i].id] = e[i].greyed;
-    return greyed;
-}
-
+// The main menu's items by id, greyed as the menu starts; writes counted.
 class MapMenu final : public MenuModel {
   public:
-    std::map<int, bool> greyed = StartGreyed();
+    MapMenu() {
+        int n = 0;
+        const MenuEntry* e = MainMenuEntries(&n);
+        for (int i = 0; i < n; ++i)
+            if (e[i].type == MenuEntry::Item) greyed[e[i].id] = e[i].greyed;
+    }
+    std::map<int, bool> greyed;
     int writes = 0;
     bool IsGreyed(int id) const override { return greyed.count(id) && greyed.at(id); }
     void SetGreyed(int id, bool g) override {
@@ -54,12 +51,10 @@ TEST(MenuState, SentinelDecidesWhetherTheMenuIsTouched) {
     const int writes = m.writes;
     UpdateMenuState(m, 2, buttons, 3); // already enabled: menu untouched
     EXPECT_EQ(m.writes, writes);
-
     // With the sentinel out of step, nothing else is corrected.
     m.greyed[cmd::Cascade] = true;
     UpdateMenuState(m, 3, buttons, 3);
     EXPECT_TRUE(m.IsGreyed(cmd::Cascade));
-
     UpdateMenuState(m, 0, buttons, 3);
     EXPECT_TRUE(m.IsGreyed(cmd::CloseAll));
     EXPECT_TRUE(m.IsGreyed(cmd::Price));
@@ -95,8 +90,8 @@ TEST(FrameRules, DrawingAndSelectionRefusals) {
         {cmd::SelectEndPointButton, 19, "Selection not available for this chart"},
         {cmd::SelectAllDataButton, 20, nullptr},
     };
-    // clang-format on
     for (const auto& c : cases) EXPECT_STREQ(ChartCommandRefusal(c.command, c.kind), c.expected);
+    // clang-format on
 }
 
 TEST(FrameRules, StyleGuard) {

@@ -1,85 +1,45 @@
 // The Qt frame and its chart windows on the offscreen platform: the menus it
-// builds, the windows it makes, closes and lays out, commands reaching them,
-// the mouse states of the crosshair, handles and tools, and their repaints.
+// builds, the windows it makes and lays out, commands reaching them, the
+// mouse states of the crosshair, handles and tools, and their repaints.
 #include <gtest/gtest.h>
 
 #include <QAction>
 #include <QApplication>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
 #include <QTimer>
 
-#include <sstream>
-#include <string>
-
-#include "interaction/mouse_state.h"
-#include "interaction/price_child.h"
-#include "market_data/data_source.h"
-#include "market_data/date.h"
 #include "rendering/scale.h"
-#include "resources/command_ids.h"
-#include "shell/core/shell_state.h"
-#include "shell/core/working_blocks.h"
 #include "shell/qt/dialogs.h"
-#include "shell/qt/frame_window.h"
-#include "tests/support/recording_seam.h"
-#include "tests/support/temp_dir.h"
+#include "tests/shell_qt/frame_fixture.h"
 
 namespace velorin {
 namespace {
 
-class Frame : public ::testing::Test {
+class Frame : public test_support::QtFrameTest {
   protected:
-    void SetUp() override {
-        ResetProgramState();
-        dateRules.todayDate = 50000; // far ahead of the file dates
-        ASSERT_TRUE(AllocateWorkingBlocks());
-        frame = new FrameWindow;
-        frame->resize(1400, 1000);
-        frame->show();
-    }
-    void TearDown() override {
-        frame->FrameCommand(cmd::CloseAll);
-        delete frame;
-        FreeWorkingBlocks();
-        ResetChartMouseState();
-        EXPECT_EQ(blockAllocator.liveBlocks, 0);
-    }
-
-    // Opens a data file of `rows` rows, six columns or date and close.
-    void Open(int rows, const char* name = "ACME.PRC", bool sixColumns = true) {
-        std::ostringstream out;
-        for (int r = 0; r < rows; ++r) {
-            const double c = 100 + 10 * ((r * 7) % 13) / 13.0 + r * 0.1;
-            out << "1/" << (r % 28) + 1 << "/" << 1990 + r / 28 << "," << c;
-            if (sixColumns) out << "," << c - 1 << "," << c + 2 << "," << c - 2 << "," << 1000 + r;
-            out << "\r\n";
-        }
-        seam.QueueFile(dir.Write(name, out.str()));
-        frame->FrameCommand(cmd::Datafile);
-        ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
-    }
-
     QStringList MenuTexts(QMenu* menu) {
         QStringList texts;
         for (QAction* a : menu->actions())
             texts << (a->isSeparator() ? QStringLiteral("-") : a->text());
         return texts;
     }
-    QMdiSubWindow* Top() const { return frame->mdiClient()->activeSubWindow(); }
-    PriceChild* TopChart() const { return qobject_cast<PriceChild*>(Top()->widget()); }
+    // The texts of the next chart menu to open, which is closed at once.
+    static void TakeNextMenu(QStringList& texts) {
+        QTimer::singleShot(0, [&texts] {
+            if (QMenu* m = PriceChild::openMenu()) {
+                for (QAction* a : m->actions())
+                    texts << a->text();
+                m->close();
+            }
+        });
+    }
     // Shows the window's last paint now.
     static void Paint(PriceChild* w) {
         w->repaint();
         QApplication::processEvents();
     }
-
-    test_support::RecordingSeam seam;
-    test_support::TempDir dir;
-    FrameWindow* frame = nullptr;
 };
 
 TEST_F(Frame, MenuBarTextsAndStartStates) {
@@ -97,20 +57,9 @@ TEST_F(Frame, MenuBarTextsAndStartStates) {
     EXPECT_TRUE(frame->action(cmd::RealTime)->isChecked());
     EXPECT_TRUE(frame->action(cmd::PriceThin)->isChecked());
     EXPECT_FALSE(frame->action(cmd::DataValueDefault)->isChecked());
-}
-
-TEST_F(Frame, DatafileOpensAWindowAndClosingItGreysTheMenu) {
     Open(40);
-    const auto subs = frame->mdiClient()->subWindowList();
-    ASSERT_EQ(subs.size(), 1);
-    EXPECT_EQ(subs[0]->windowTitle(), QStringLiteral("Price ACME 1/1/1990 - 1/12/91"));
     EXPECT_TRUE(frame->action(cmd::Correlation)->isEnabled());
-
-    subs[0]->close();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_TRUE(frame->mdiClient()->subWindowList().isEmpty());
-    EXPECT_EQ(deskRegistry.chartCount, 0);
-    EXPECT_EQ(SourceAt(0), nullptr);
+    frame->FrameCommand(cmd::CloseAll);
     EXPECT_FALSE(frame->action(cmd::Correlation)->isEnabled());
 }
 
@@ -156,20 +105,9 @@ TEST_F(Frame, CascadeTileAndArrangeLeaveEveryChartReadable) {
     EXPECT_EQ(subs[0]->geometry().bottom() + 1, area.height());
 }
 
-TEST_F(Frame, ButtonCommandsReachTheChartWindow) {
-    Open(120);
-    Chart* price = TopChart()->chart();
-    frame->FrameCommand(cmd::ToggleGridButton);
-    EXPECT_EQ(price->view->gridOn, 0);
-    frame->FrameCommand(cmd::Rsi);
-    frame->FrameCommand(cmd::DrawVertLineButton); // allowed on an RSI: the tool is armed
-    EXPECT_EQ(chartMouse.verticalTool, 1);
-    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Vertical Line: Select Point"));
-}
-
 TEST_F(Frame, HandleMenuThenCrosshairAlternate) {
     Open(120);
-    PriceChild* w = TopChart();
+    PriceChild* w = Top();
     w->chart()->showCurveHandles = 1;
     w->Invalidate();
     Paint(w);
@@ -177,30 +115,20 @@ TEST_F(Frame, HandleMenuThenCrosshairAlternate) {
     ASSERT_NE(handle, nullptr);
     const QPoint at((handle->box.left + handle->box.right) / 2,
                     (handle->box.top + handle->box.bottom) / 2);
-
     QStringList seen;
-    auto closeMenu = [&seen] {
-        if (QMenu* m = PriceChild::openMenu()) {
-            for (QAction* a : m->actions())
-                seen << a->text();
-            m->close();
-        }
-    };
-    QTimer::singleShot(0, closeMenu);
+    TakeNextMenu(seen);
     QTest::mousePress(w, Qt::LeftButton, {}, at);
     EXPECT_EQ(seen.value(0), QStringLiteral("Data View ..."));
     EXPECT_EQ(chartMouse.menuLatch, 1);
     EXPECT_EQ(chartMouse.crosshairOn, 0);
     QTest::mouseRelease(w, Qt::LeftButton, {}, at);
-
     seen.clear();
     QTest::mousePress(w, Qt::LeftButton, {}, at); // same handle: a crosshair now
     EXPECT_TRUE(seen.isEmpty());
     EXPECT_EQ(chartMouse.crosshairOn, 1);
     QTest::mouseRelease(w, Qt::LeftButton, {}, at);
     EXPECT_EQ(chartMouse.crosshairOn, 0);
-
-    QTimer::singleShot(0, closeMenu);
+    TakeNextMenu(seen);
     QTest::mousePress(w, Qt::LeftButton, {}, at); // and the menu again
     EXPECT_FALSE(seen.isEmpty());
     QTest::mouseRelease(w, Qt::LeftButton, {}, at);
@@ -208,27 +136,23 @@ TEST_F(Frame, HandleMenuThenCrosshairAlternate) {
 
 TEST_F(Frame, CrosshairEndsAtTheRightLimitAndTheReadoutShortOfIt) {
     Open(120);
-    PriceChild* w = TopChart();
+    PriceChild* w = Top();
     Paint(w);
     const int right = w->width(), y = w->height() / 2;
     QTest::mousePress(w, Qt::LeftButton, {}, QPoint(ScaleWidth + 20, y));
     ASSERT_EQ(chartMouse.crosshairOn, 1);
-
     auto readoutInk = [w] {
         int lit = 0;
-        const QImage& img = w->backing();
         for (int yy = 0; yy < 13; ++yy)
             for (int xx = 0; xx < 115; ++xx)
-                lit += (img.pixel(xx, yy) & 0xffffff) != 0;
+                lit += (w->backing().pixel(xx, yy) & 0xffffff) != 0;
         return lit;
     };
-    QTest::mouseMove(w, QPoint(right - 6, y));
-    QApplication::processEvents();
-    EXPECT_GT(readoutInk(), 0);
-    QTest::mouseMove(w, QPoint(right - 5, y));
-    QApplication::processEvents();
-    EXPECT_EQ(chartMouse.crosshairOn, 1);
-    EXPECT_EQ(readoutInk(), 0);
+    for (const int x : {right - 6, right - 5}) {
+        QTest::mouseMove(w, QPoint(x, y));
+        QApplication::processEvents();
+        EXPECT_EQ(readoutInk() > 0, x == right - 6) << x;
+    }
     QTest::mouseMove(w, QPoint(right - 3, y));
     EXPECT_EQ(chartMouse.crosshairOn, 1);
     QTest::mouseMove(w, QPoint(right - 2, y));
@@ -236,32 +160,25 @@ TEST_F(Frame, CrosshairEndsAtTheRightLimitAndTheReadoutShortOfIt) {
     QTest::mouseRelease(w, Qt::LeftButton, {}, QPoint(right - 2, y));
 }
 
-TEST_F(Frame, ArmedToolPromptsAndARightClickCancelsIt) {
+TEST_F(Frame, ButtonsReachTheChartAnArmedToolPromptsAndARightClickCancelsIt) {
     Open(120);
-    PriceChild* w = TopChart();
+    PriceChild* w = Top();
     Paint(w);
-    const QString caption = Top()->windowTitle();
-    w->Command(cmd::DrawTrend);
-    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Trend Line: Select First Point"));
+    const QString caption = TopWindow()->windowTitle();
+    frame->FrameCommand(cmd::ToggleGridButton); // the buttons reach the chart in front
+    EXPECT_EQ(w->chart()->view->gridOn, 0);
+    frame->FrameCommand(cmd::DrawTrendButton);
+    EXPECT_EQ(TopWindow()->windowTitle(), QStringLiteral("Trend Line: Select First Point"));
     EXPECT_NE(w->cursor().shape(), Qt::ArrowCursor);
     const int y = w->height() / 2;
     QTest::mousePress(w, Qt::LeftButton, {}, QPoint(ScaleWidth + 40, y));
-    EXPECT_EQ(Top()->windowTitle(), QStringLiteral("Trend Line: Select Second Point"));
+    EXPECT_EQ(TopWindow()->windowTitle(), QStringLiteral("Trend Line: Select Second Point"));
     EXPECT_EQ(chartMouse.crosshairOn, 0);
-
     QStringList top;
-    QTimer::singleShot(0, [&top] {
-        if (QMenu* m = PriceChild::openMenu()) {
-            for (QAction* a : m->actions())
-                top << a->text();
-            m->close();
-        }
-    });
+    TakeNextMenu(top);
     QTest::mousePress(w, Qt::RightButton, {}, QPoint(ScaleWidth + 80, y));
-    EXPECT_EQ(top, (QStringList{QStringLiteral("Resolution"), QStringLiteral("Colour"),
-                                QStringLiteral("Draw"), QStringLiteral("Price Scale ..."),
-                                QStringLiteral("Data Source ...")}));
-    EXPECT_EQ(Top()->windowTitle(), caption);
+    EXPECT_EQ(top.value(0) + top.value(4), QStringLiteral("ResolutionData Source ..."));
+    EXPECT_EQ(TopWindow()->windowTitle(), caption);
     EXPECT_EQ(chartMouse.trendTool, 0);
     EXPECT_EQ(chartMouse.toolArmed, 0);
     EXPECT_EQ(w->chart()->drawings->trendLines->inUse[0], 0);
@@ -270,7 +187,7 @@ TEST_F(Frame, ArmedToolPromptsAndARightClickCancelsIt) {
 TEST_F(Frame, AColourChangeRepaintsEveryChart) {
     Open(120);
     frame->FrameCommand(cmd::Rsi);
-    PriceChild* rsi = TopChart();
+    PriceChild* rsi = Top();
     Paint(rsi);
     PriceChild* price =
         qobject_cast<PriceChild*>(frame->mdiClient()->subWindowList().first()->widget());
@@ -294,8 +211,8 @@ TEST_F(Frame, AColourChangeRepaintsEveryChart) {
 
 TEST_F(Frame, AWindowUnderFiftyOnePixelsMinimisesItself) {
     Open(120);
-    QMdiSubWindow* sub = Top();
-    PriceChild* w = TopChart();
+    QMdiSubWindow* sub = TopWindow();
+    PriceChild* w = Top();
     sub->resize(400, sub->height() - w->height() + 50);
     ASSERT_EQ(w->height(), 50);
     Paint(w);

@@ -2,7 +2,6 @@
 // A drawing device that keeps a list of everything asked of it, with the
 // pen, brush and font in force at the time. Tests look at the list.
 
-#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -68,9 +67,7 @@ class RecordingDevice final : public DrawDevice {
     void InvertRect(int left, int top, int right, int bottom) override {
         Record(DrawOpKind::InvertRect, {left, top}, {right, bottom});
     }
-    void SetClipRect(const PixelRect* rect) override {
-        clip_ = rect ? std::optional(*rect) : std::nullopt;
-    }
+    void SetClipRect(const PixelRect*) override {}
 
     const std::vector<DrawOp>& Ops() const { return ops_; }
     // The operations of one kind, in order.
@@ -78,8 +75,6 @@ class RecordingDevice final : public DrawDevice {
     // Texts written, in order.
     std::vector<std::string> Texts() const;
     void Clear() { ops_.clear(); }
-    // The clip in force, or nullptr.
-    const PixelRect* Clip() const { return clip_ ? &*clip_ : nullptr; }
 
   private:
     DrawOp& Record(DrawOpKind kind, PixelPoint from, PixelPoint to);
@@ -88,7 +83,6 @@ class RecordingDevice final : public DrawDevice {
     }
 
     std::vector<DrawOp> ops_;
-    std::optional<PixelRect> clip_;
     Pen pen_;
     Brush brush_;
     std::pair<std::string, int> font_; // face, height

@@ -21,20 +21,17 @@ class ScriptedTransport final : public DdeTransport {
     // missing here is refused, as a time-out would be).
     std::set<std::string> refusedTopics;
     std::map<std::string, std::string> replies;
-    bool refuseAdvise = false;
     Conversation nextConversation = 4242;
     // "connect S/T", "request C item", "advise C item", "disconnect C",
     // "hold C" and "release C" (C 0: every conversation).
     std::vector<std::string> calls;
-    int lastTimeoutMs = 0;
 
     Conversation Connect(const char* service, const char* topic) override {
         calls.push_back("connect " + std::string(service) + "/" + topic);
         return refusedTopics.count(topic) ? 0 : nextConversation++;
     }
-    bool Request(Conversation c, const char* item, int timeoutMs, std::string& reply) override {
+    bool Request(Conversation c, const char* item, int, std::string& reply) override {
         calls.push_back("request " + std::to_string(c) + " " + item);
-        lastTimeoutMs = timeoutMs;
         const auto it = replies.find(item);
         if (it == replies.end()) return false;
         reply = it->second;
@@ -42,7 +39,7 @@ class ScriptedTransport final : public DdeTransport {
     }
     bool AdviseStart(Conversation c, const char* item, int) override {
         calls.push_back("advise " + std::to_string(c) + " " + item);
-        return !refuseAdvise;
+        return true;
     }
     void Disconnect(Conversation c) override { calls.push_back("disconnect " + std::to_string(c)); }
     void EnableCallback(Conversation c, bool enable) override {

@@ -91,7 +91,6 @@ TEST(HighlightToolTest, FinishedRegionIsPaintedWhereItWasClickedAndCanBeHit) {
     const Box clicked{100, 50, 301, 201};
     for (int k = 0; k < 4; ++k)
         EXPECT_NEAR(fills[0][k], clicked[k], 1);
-
     OverlayClickResult hit = o.Click(200, 100);
     ASSERT_EQ(hit.menu.size(), 2u);
     EXPECT_STREQ(hit.menu[0].text, "Clear");

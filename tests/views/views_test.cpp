@@ -4,19 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstring>
-#include <sstream>
 
 #include "chart_model/analysis_chart.h"
-#include "market_data/block.h"
-#include "market_data/date.h"
 #include "rendering/palette.h"
-#include "resources/command_ids.h"
-#include "shell/core/shell_state.h"
-#include "shell/core/working_blocks.h"
 #include "tests/shell/fake_frame.h"
-#include "tests/support/recording_seam.h"
-#include "tests/support/temp_dir.h"
 #include "views/data_sheet.h"
 #include "views/data_view.h"
 #include "views/levels_view.h"
@@ -24,32 +15,9 @@
 namespace velorin {
 namespace {
 
-class Views : public ::testing::Test {
+// Price charts on PriceFileText: close 100 + r % 7, volume 1000 + r.
+class Views : public test_support::HeadlessDesk {
   protected:
-    void SetUp() override {
-        ResetProgramState();
-        dateRules.todayDate = 50000;
-        ASSERT_TRUE(AllocateWorkingBlocks());
-    }
-    void TearDown() override {
-        frame.CloseAllChildren();
-        FreeWorkingBlocks();
-        EXPECT_EQ(blockAllocator.liveBlocks, 0);
-    }
-    // A price chart on a file of `rows` rows: close 100 + r % 7, volume
-    // 1000 + r.
-    void Open(int rows) {
-        std::ostringstream out;
-        for (int r = 0; r < rows; ++r) {
-            const int c = 100 + r % 7;
-            out << "1/" << r % 28 + 1 << "/" << 1990 + r / 28 << "," << c << "," << c - 1 << ","
-                << c + 2 << "," << c - 2 << "," << 1000 + r << "\r\n";
-        }
-        seam.Clear();
-        seam.QueueFile(dir.Write("ACME.PRC", out.str()));
-        FrameCommand(frame, cmd::Datafile);
-        ASSERT_EQ(seam.MessageCount(), 0u) << seam.LastText();
-    }
     Chart& Top() { return *frame.children.back().chart; }
     DataSheet& Sheet() { return *SheetOf(Top()); }
     std::string Cell(int column, int row) {
@@ -58,10 +26,6 @@ class Views : public ::testing::Test {
         return text;
     }
     DataSource& Source() { return *SourceAt(0); }
-
-    test_support::RecordingSeam seam;
-    test_support::TempDir dir;
-    test_support::FakeFrame frame;
 };
 
 TEST_F(Views, TypedCellsArePositiveNumbersShownInTheirColumnsFormat) {
@@ -115,7 +79,6 @@ TEST_F(Views, UpdateRebuildsTheSourceAndRecomputesEveryChartOnIt) {
     EXPECT_EQ(Source().refCount, 3);
     EXPECT_EQ(deskRegistry.chartCount, 3);
     EXPECT_EQ(Cell(0, 3) + " " + Cell(1, 3) + " " + Cell(4, 3), "103.0000 102.0000 1");
-
     EXPECT_EQ(UpdateSourceFromSheet(Top()), 0); // nothing typed: nothing happens
     EXPECT_TRUE(frame.invalidated.empty());
     ASSERT_TRUE(AcceptCellText("123.456789", &Sheet().cell[0][39]));
@@ -128,7 +91,6 @@ TEST_F(Views, UpdateRebuildsTheSourceAndRecomputesEveryChartOnIt) {
     EXPECT_NE(frame.children[1].chart->modelSeries->slot[0][39], rsiBefore);
     for (const auto& c : frame.children)
         EXPECT_EQ(c.chart->anchorsPending, 1);
-
     // Three rows deleted go from the source and every chart.
     DeleteSheetRows(Sheet(), 12, 10);
     ASSERT_EQ(UpdateSourceFromSheet(Top()), 1);
@@ -136,7 +98,6 @@ TEST_F(Views, UpdateRebuildsTheSourceAndRecomputesEveryChartOnIt) {
     EXPECT_STREQ(Source().columns->dateText[10], "1/14/90");
     for (const auto& c : frame.children)
         EXPECT_EQ(c.chart->rowCount, 37);
-
     // With every row deleted the source keeps its rows and no chart hears.
     frame.invalidated.clear();
     DeleteSheetRows(Sheet(), 0, 36);
@@ -237,7 +198,6 @@ TEST_F(Views, TheLevelsViewListsTheTwelveLevelsHighestFirst) {
     EXPECT_EQ(Top().levelsViewWindow, fibonacci);
     EXPECT_EQ(std::string(Top().windowCaption), "Levels " + std::string(Top().chartTitle));
     EXPECT_EQ(Source().refCount, 3);
-
     LevelsRow rows[LevelsRowCount];
     LevelsRows(*frame.children[1].chart, rows);
     std::string labels;
@@ -251,7 +211,6 @@ TEST_F(Views, TheLevelsViewListsTheTwelveLevelsHighestFirst) {
     for (const char* name : {" Resistance 2", " Level 7", " Support 2", " Price"})
         EXPECT_NE(labels.find(name), std::string::npos) << name;
     EXPECT_EQ(labels.find(" Resistance 2"), 0u); // the envelope plus two deviations is on top
-
     RecomputeChart(fibonacci, *frame.children[1].chart);
     EXPECT_EQ(frame.levelsUpdates, 1);
 }
