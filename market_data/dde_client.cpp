@@ -1,5 +1,6 @@
 #include "market_data/dde_client.h"
 
+#include <cstring>
 #include <ctime>
 #include <string>
 
@@ -32,6 +33,10 @@ std::int64_t LiveNowSeconds() {
 
 LiveRequestResult RequestLiveSnapshot() {
     const ConnectionSelection& s = marketData.selection;
+    // The history topic of the live service never gives ticks.
+    if (IsReuterService(s.currentSource) &&
+        (std::strcmp(s.currentTopic, "TS1") == 0 || std::strcmp(s.currentTopic, "ts1") == 0))
+        marketData.fetchIsTick = 0;
     BuildDdeItem();
     DdeTransport& transport = TheDdeTransport();
     const Conversation conversation = transport.Connect(s.currentSource, s.currentTopic);

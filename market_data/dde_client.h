@@ -16,9 +16,10 @@ enum class LiveRequestResult {
     ReplyRejected,  // the reply could not be parsed (conversation ended)
 };
 
-// Builds the item (BuildDdeItem), connects to the selection's service and
-// topic, makes the live item, requests it as text and parses the reply into
-// the staging area. Shows no message: the callers' texts differ.
+// Clears fetchIsTick for the live service's history topic, builds the item
+// (BuildDdeItem), connects to the selection's service and topic, makes the
+// live item, requests it as text and parses the reply into the staging area.
+// Shows no message: the callers' texts differ.
 LiveRequestResult RequestLiveSnapshot();
 
 // The advise loop of the item just requested, on marketData.liveConversation;

@@ -1,7 +1,6 @@
 #include "shell/core/live_commands.h"
 
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "base/user_seam.h"
@@ -12,7 +11,6 @@
 #include "market_data/connect.h"
 #include "market_data/data_source.h"
 #include "market_data/dde_client.h"
-#include "market_data/dde_text.h"
 #include "market_data/source_dialog.h"
 #include "resources/command_ids.h"
 #include "shell/core/frame_commands.h"
@@ -65,10 +63,6 @@ void ConnectLive(Frame& frame, const CreationMode& mode) {
     if (!ChartLimitOk()) return;
     if (!shell.restoringLayout && RunSourceDialog() != 0) return;
     WaitCursor wait;
-    const ConnectionSelection& s = marketData.selection;
-    if (IsReuterService(s.currentSource) &&
-        (std::strcmp(s.currentTopic, "TS1") == 0 || std::strcmp(s.currentTopic, "ts1") == 0))
-        marketData.fetchIsTick = 0;
     if (!StageLiveSnapshot()) return;
     if (!ConnectDataSource(mode.batch())) return;
     const Conversation conversation = marketData.liveConversation;
