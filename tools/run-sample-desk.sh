@@ -6,7 +6,8 @@
 # Usage: tools/run-sample-desk.sh [build-dir]
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-build=${1:-$root/build}
+# The build folder as an absolute path: the program starts inside the desk.
+build=$(cd "${1:-$root/build}" && pwd)
 desk=$root/desk
 feed=$build/velorin-feed
 if [ -x "$feed" ] && [ -z "${DBUS_SESSION_BUS_ADDRESS:-}" ] &&
