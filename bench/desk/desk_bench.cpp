@@ -5,7 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "bench/desk/desk_fixture.h"
+#include "bench/desk/desk_bench_main.h"
 
 namespace {
 
@@ -76,13 +76,5 @@ BENCHMARK(BM_RestoreFiftyWindowLayout)
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    desk = new DeskFixture;
-    if (desk->Windows() != 1) return 1;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    delete desk;
-    return 0;
+    return velorin::bench::RunDeskBenchmarks(argc, argv, desk);
 }

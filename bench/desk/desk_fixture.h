@@ -2,6 +2,7 @@
 // A frame on the offscreen platform with one 2000-row source open.
 
 #include <QApplication>
+
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
@@ -13,9 +14,9 @@
 #include "interaction/child_view.h"
 #include "interaction/price_child.h"
 #include "market_data/date.h"
+#include "resources/command_ids.h"
 #include "shell/core/shell_state.h"
 #include "shell/core/working_blocks.h"
-#include "resources/command_ids.h"
 #include "shell/qt/frame_window.h"
 #include "tests/support/recording_seam.h"
 

@@ -58,7 +58,8 @@ int main(int argc, char** argv) {
         }
     }
     std::printf("windows %d, charts %d, painted %ld; chart images held %ld, %.1f MiB\n",
-                desk.Windows(), velorin::deskRegistry.chartCount, painted, held, pixels * 4 / 1048576.0);
+                desk.Windows(), velorin::deskRegistry.chartCount, painted, held,
+                pixels * 4 / 1048576.0);
     std::printf("resident with the price window: %ld KiB\n", before);
     std::printf("resident with fifty windows:    %ld KiB (%.1f MiB)\n", after, after / 1024.0);
     return 0;

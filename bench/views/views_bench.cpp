@@ -10,7 +10,7 @@
 #include <QMdiSubWindow>
 #include <QMouseEvent>
 
-#include "bench/desk/desk_fixture.h"
+#include "bench/desk/desk_bench_main.h"
 #include "interaction/mouse_state.h"
 #include "views/qt/data_view_window.h"
 
@@ -136,13 +136,5 @@ BENCHMARK(BM_CrosshairMoveDataViewFollowing)
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    desk = new DeskFixture;
-    if (desk->Windows() != 1) return 1;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    delete desk;
-    return 0;
+    return velorin::bench::RunDeskBenchmarks(argc, argv, desk);
 }

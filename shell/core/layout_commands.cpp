@@ -29,11 +29,26 @@ template <std::size_t N> void CopyText(char (&to)[N], const char* from) {
     std::snprintf(to, N, "%s", from);
 }
 
-// A list of the file and its copy in the program: same entry widths.
-template <std::size_t W>
-void CopyList(char (&to)[SettingsListRows][W], const char (&from)[SqlListRows][W]) {
-    static_assert(SettingsListRows == SqlListRows);
-    std::memcpy(to, from, sizeof to);
+// The nine lists the settings file shares with the connection dialogs,
+// copied whole from the file's record to the program's copies or back; the
+// types keep the entry widths equal.
+void CopySharedLists(bool intoSettings) {
+    const auto copy = [intoSettings](auto& stored, auto& live) {
+        static_assert(sizeof stored == sizeof live);
+        if (intoSettings)
+            std::memcpy(stored, live, sizeof stored);
+        else
+            std::memcpy(live, stored, sizeof live);
+    };
+    copy(settings.dsnList, sqlLists.dsnList);
+    copy(settings.sqlTableList, sqlLists.sqlTableList);
+    copy(settings.sqlFieldsList, sqlLists.sqlFieldsList);
+    copy(settings.sqlWhereList, sqlLists.sqlWhereList);
+    copy(settings.sqlCodesList, sqlLists.sqlCodesList);
+    copy(settings.sourceList, sourceLists.sourceList);
+    copy(settings.topicList, sourceLists.topicList);
+    copy(settings.itemList, sourceLists.itemList);
+    copy(settings.tickvalList, sourceLists.tickvalList);
 }
 
 // The first entry of each list on a first run. The reader takes the line
@@ -176,19 +191,7 @@ void ApplySettings() {
         palette.current[i] = static_cast<Colour>(settings.colours[i]);
         palette.defaults[i] = static_cast<Colour>(settings.defaultColours[i]);
     }
-    std::memcpy(sqlLists.dsnList, settings.dsnList, sizeof sqlLists.dsnList);
-    std::memcpy(sqlLists.sqlTableList, settings.sqlTableList, sizeof sqlLists.sqlTableList);
-    std::memcpy(sqlLists.sqlFieldsList, settings.sqlFieldsList, sizeof sqlLists.sqlFieldsList);
-    std::memcpy(sqlLists.sqlWhereList, settings.sqlWhereList, sizeof sqlLists.sqlWhereList);
-    std::memcpy(sqlLists.sqlCodesList, settings.sqlCodesList, sizeof sqlLists.sqlCodesList);
-    static_assert(sizeof sourceLists.sourceList == sizeof settings.sourceList &&
-                  sizeof sourceLists.topicList == sizeof settings.topicList &&
-                  sizeof sourceLists.itemList == sizeof settings.itemList &&
-                  sizeof sourceLists.tickvalList == sizeof settings.tickvalList);
-    std::memcpy(sourceLists.sourceList, settings.sourceList, sizeof sourceLists.sourceList);
-    std::memcpy(sourceLists.topicList, settings.topicList, sizeof sourceLists.topicList);
-    std::memcpy(sourceLists.itemList, settings.itemList, sizeof sourceLists.itemList);
-    std::memcpy(sourceLists.tickvalList, settings.tickvalList, sizeof sourceLists.tickvalList);
+    CopySharedLists(false);
     refreshCycle.fetchFrequencyMinutes = settings.fetchFrequencyMinutes;
     chartDefaults.defaultResolution = settings.defaultResolution;
 }
@@ -198,15 +201,7 @@ void CollectSettings() {
         settings.colours[i] = static_cast<std::int32_t>(palette.current[i]);
         settings.defaultColours[i] = static_cast<std::int32_t>(palette.defaults[i]);
     }
-    CopyList(settings.dsnList, sqlLists.dsnList);
-    CopyList(settings.sqlTableList, sqlLists.sqlTableList);
-    CopyList(settings.sqlFieldsList, sqlLists.sqlFieldsList);
-    CopyList(settings.sqlWhereList, sqlLists.sqlWhereList);
-    CopyList(settings.sqlCodesList, sqlLists.sqlCodesList);
-    CopyList(settings.sourceList, sourceLists.sourceList);
-    CopyList(settings.topicList, sourceLists.topicList);
-    CopyList(settings.itemList, sourceLists.itemList);
-    CopyList(settings.tickvalList, sourceLists.tickvalList);
+    CopySharedLists(true);
     settings.fetchFrequencyMinutes = refreshCycle.fetchFrequencyMinutes;
     settings.defaultResolution = chartDefaults.defaultResolution;
     FillFirstRunEntries(settings);
