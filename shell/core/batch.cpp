@@ -262,30 +262,36 @@ bool WaitAndClean(const char* folder) {
     return true;
 }
 
-int BatchSingles(Frame& frame, const char* listStatement, const char* dataStatement,
-                 const char* folder) {
-    char code[100];
-    if (!OpenList(listStatement, code, sizeof code)) return -1;
+namespace {
+
+// One batch table: each row the list statement gives goes through `run`;
+// then the selection comes back and the desk is cleared. Rows are read
+// into `rowSize` bytes. The last fetch
+// result, or -1 when the list could not be opened.
+using BatchRowRun = void (*)(Frame&, const char*, const char*, const char*);
+int RunBatchTable(Frame& frame, const char* listStatement, const char* dataStatement,
+                  const char* folder, int rowSize, BatchRowRun run) {
+    char row[200]; // a code takes 100 bytes, a pair row 200
+    if (!OpenList(listStatement, row, rowSize)) return -1;
     SetDatabaseSourceIdentity(); // item: each code in turn
     short fetched = OdbcSuccess;
-    while (NextListRow(code, sizeof code, fetched))
-        RunSingle(frame, dataStatement, code, folder);
+    while (NextListRow(row, rowSize, fetched))
+        run(frame, dataStatement, row, folder);
     RestoreSelection();
     frame.CloseAllChildren();
     return fetched;
 }
 
+} // namespace
+
+int BatchSingles(Frame& frame, const char* listStatement, const char* dataStatement,
+                 const char* folder) {
+    return RunBatchTable(frame, listStatement, dataStatement, folder, 100, RunSingle);
+}
+
 int BatchPairs(Frame& frame, const char* listStatement, const char* dataStatement,
                const char* folder) {
-    char row[200];
-    if (!OpenList(listStatement, row, sizeof row)) return -1;
-    SetDatabaseSourceIdentity(); // item: each code in turn
-    short fetched = OdbcSuccess;
-    while (NextListRow(row, sizeof row, fetched))
-        RunPair(frame, dataStatement, row, folder);
-    RestoreSelection();
-    frame.CloseAllChildren();
-    return fetched;
+    return RunBatchTable(frame, listStatement, dataStatement, folder, 200, RunPair);
 }
 
 void RunDatabaseBatch(Frame& frame) {
